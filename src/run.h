@@ -1,0 +1,43 @@
+#pragma once
+// Everything one process pass owns. A test builds a fresh Run over an
+// in-memory console; nothing of a run lives outside this struct.
+#include <array>
+#include <string>
+
+#include "console/io.h"
+#include "console/prefs.h"
+#include "console/random.h"
+#include "console/runfiles.h"
+#include "console/types.h"
+#include "thermo/store.h"
+
+namespace sm {
+
+// The internal modes: utilities, phase diagram, rock (average PT), reactions,
+// regression.
+enum RunMode : int { rmutilities = 0, rmphasediagram = 1, rmrock = 2, rmreactions = 3, rmregression = 4 };
+
+struct Run {
+    explicit Run(Console& console) : io(console) {}
+    Run(const Run&) = delete;
+    Run& operator=(const Run&) = delete;
+
+    Io io;
+    Prefs prefs;
+    DsPrefs dsprefs;
+    RunFiles files;
+
+    int calcmode = 0;
+    int runmode = rmutilities;
+    int runcount = 0;
+    std::string moreprompt;
+    real machineeps = 0;
+    std::array<std::string, 401> ordinals{};  // "1st", "2nd", "3rd", "4th" ... "400th"
+    long long gcount = 0;                      // end-member Gibbs-energy evaluations
+    Random random;
+
+    // Subsystem state, each owned by its subsystem's header.
+    EndMemberStore store;  // thermo
+};
+
+}  // namespace sm
