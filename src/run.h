@@ -10,6 +10,7 @@
 #include "console/runfiles.h"
 #include "console/types.h"
 #include "thermo/store.h"
+#include "ax/phases.h"
 
 namespace sm {
 
@@ -38,6 +39,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
 };
 
 }  // namespace sm
