@@ -99,12 +99,22 @@ std::string exprtext(const ExprPool& pool, const Expr& e, const sstring* varname
         std::string p;
         for (int j = 0; j < sx.nform; ++j) {
             const LinForm& f = pool.form[sx.first + j];
-            const std::string t = formtext(pool, f, varnames);
-            const bool alone = sx.nform == 1 && e.nsx == 1;
-            p += alone ? t : "(" + t + ")";
+            std::string t = formtext(pool, f, varnames);
+            // A factor of several parts goes in brackets; a lone term stands bare.
+            const bool parts = f.nterm + (f.crat.num != 0 ? 1 : 0) > 1;
+            if (sx.nform > 1 && parts) t = "(" + t + ")";
+            if (!p.empty()) {
+                if (t[0] == '-') {  // carry the sign to the front of the product
+                    t.erase(0, 1);
+                    p = p[0] == '-' ? p.substr(1) : "-" + p;
+                }
+                p += " ";
+            }
+            p += t;
         }
-        if (!s.empty()) s += " + ";
-        s += p;
+        if (s.empty()) s = p;
+        else if (p[0] == '-') s += " - " + p.substr(1);
+        else s += " + " + p;
     }
     return s.empty() ? "0" : s;
 }
