@@ -11,6 +11,7 @@
 #include "console/types.h"
 #include "thermo/store.h"
 #include "ax/phases.h"
+#include "thermo/made_endmembers.h"
 
 namespace sm {
 
@@ -39,6 +40,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    MadeStore made;        // thermo: td rows of make terms
     PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
 };
 
