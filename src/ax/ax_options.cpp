@@ -64,6 +64,7 @@ void readmake(AxReading& r, const sstring& name, MakeRecord& make) {
     if (n > maxmaketerms) bomb("read", "too many end-members to construct " + name, 0);
     if (r.calib && n != 1) bomb("read", "several end-member make not allowed in calib", 0);
     make.nmake = n;
+    make.line = r.words.line();
     std::array<Rational, maxmaketerms + 1> coef{};
     long long div = 1;
     for (int k = 1; k <= n; ++k) {

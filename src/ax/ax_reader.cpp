@@ -86,7 +86,7 @@ void readactivity(AxReading& r, PurePhase& p) {
         p.sdfixeda = r.words.getreal("sd of activity of " + p.pname);
 }
 
-void readpurephase(AxReading& r, const sstring& name) {
+void readpurephase(AxReading& r, const sstring& name, int line) {
     if (r.calib) bomb("read", "inappropriate ax info", 0);
     EndMemberStore& st = r.st;
     if (st.nmin == maxnmin || st.nph == maxnph) bomb("read", "too many phases", 0);
@@ -96,6 +96,7 @@ void readpurephase(AxReading& r, const sstring& name) {
     p.pname = name;
     p.longname = name;
     p.ename = name;
+    p.line = line;
     bool codes = false;
     std::string w;
     int cls;
@@ -310,6 +311,7 @@ void readsitefractions(AxReading& r, AxPhase& ph) {
 void readendmember(AxReading& r, AxPhase& ph, int j) {
     AxEndMember& em = ph.em[j];
     em.ename = r.words.getname("end-member " + num(j) + " of " + ph.pname);
+    em.line = r.words.line();
     int cls;
     const std::string normword = r.words.next("normalisation of " + em.ename + " in " + ph.pname, cls);
     em.norm = getsingle(cls, normword, "normalisation of " + em.ename + " in " + ph.pname);
@@ -393,6 +395,7 @@ void readaxphase(AxReading& r, const sstring& longname) {
 
 void readphaseblock(AxReading& r) {
     const sstring name = r.words.getname("phase name");
+    const int line = r.words.line();
     r.phase = name;
     shownname(r, name);
     if (r.calib) putstr(r.run.io, 0, num(r.st.nph + 1) + " " + name, 1, chlog);
@@ -402,7 +405,7 @@ void readphaseblock(AxReading& r) {
     std::string m;
     const bool axphase = r.words.peek(w, cls) && cls == tokint && !(string2int(w, n, m) && n == 1);
     if (axphase) readaxphase(r, name);
-    else readpurephase(r, name);
+    else readpurephase(r, name, line);
 }
 
 }  // namespace

@@ -37,6 +37,7 @@ struct SfTerm {
 
 struct AxEndMember {
     sstring ename;
+    int line = 0;         // line of the a-x file where its block starts
     real norm = 1;        // normalisation constant of the ideal-mixing term
     Rational normr;
     bool normrat = false; // written as a rational
@@ -130,6 +131,7 @@ struct AxPhase {
 
 struct PurePhase {
     sstring pname;
+    int line = 0;        // line of the a-x file with its name
     sstring longname;
     sstring ename;       // its end-member
     real fixeda = 1;

@@ -185,6 +185,37 @@ void applyscripttables(Phase& ph, const PhaseChoice& choice) {
         }
 }
 
+// With the dataset's names at hand, an end-member or make term that the
+// dataset lacks is reported where the a-x file names it.
+void checkdatasetnames(Run& run) {
+    const EndMemberStore& st = run.store;
+    const PhaseStore& ps = run.phases;
+    if (st.ntp == 0) return;
+    auto check = [&](const sstring& name, const std::string& phase, int line) {
+        int k;
+        if (dsfind(st, name, k)) return;
+        std::string file = ps.axname;
+        const size_t slash = file.find_last_of('/');
+        if (slash != std::string::npos) file = file.substr(slash + 1);
+        putstr(run.io, 1, "a-x file \"" + file + "\", line " + std::to_string(line) + ", phase " + phase, 1,
+               chscreenlog);
+        bomb("setupphases", "stuff up : unrecognised name : " + name, 0);
+    };
+    auto checkmake = [&](const MakeRecord& m, const sstring& name, const std::string& phase, int line) {
+        if (m.nmake <= 0) check(name, phase, line);
+        for (int t = 1; t <= m.nmake; ++t) check(m.makename[t], phase, m.line);
+    };
+    for (int k = 1; k <= st.npss; ++k) {
+        const AxPhase& ph = ps.prec1[k];
+        if (!ps.inwith(ph)) continue;
+        for (int j = 1; j <= ph.nem; ++j) checkmake(ph.em[j].make, ph.em[j].ename, ph.longname, ph.em[j].line);
+    }
+    for (int k = 1; k <= st.nmin; ++k) {
+        const PurePhase& p = ps.prec0[k];
+        if (ps.inwith(p)) checkmake(p.make, p.ename, p.pname, p.line);
+    }
+}
+
 }  // namespace
 
 void preparephases(Run& run, const PhaseChoice& choice) {
@@ -209,6 +240,7 @@ void preparephases(Run& run, const PhaseChoice& choice) {
         applyscripttables(ph, choice);
     }
     for (int k = 1; k <= st.nmin; ++k) applyscripttables(ps.prec0[k], choice);
+    checkdatasetnames(run);
 }
 
 void setupphases(Run& run, const PhaseChoice& choice) {

@@ -30,6 +30,7 @@ struct MakeRecord {
     std::array<int, maxmaketerms + 1> makerow{};   // td row of the term (finddep)
     int dqfcode = dqfplain;
     real dqfa = 0, dqfb = 0, dqfc = 0;  // kJ, kJ/K, kJ/kbar
+    int line = 0;  // line of the a-x file with the make, for messages
 
     real coef(int k) const { return static_cast<real>(makecoef[k]) / static_cast<real>(makediv); }
 };
