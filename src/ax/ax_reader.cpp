@@ -105,6 +105,8 @@ void readpurephase(AxReading& r, const sstring& name, int line) {
             bool activity = false;
             int dsno;
             if (dsfind(st, name, dsno)) {
+                if (!r.namesline.empty()) putstr(r.run.io, 0, r.namesline, 1, chscreen);
+                r.namesline.clear();
                 putstr(r.run.io, 1, "datafile appears to be ambiguous: a 1 immediately follows " + name + ";",
                        1, chscreenlog);
                 putstr(r.run.io, 0, "this means either an activity of 1, or it's a 1 end-member phase.", 1,

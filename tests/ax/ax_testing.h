@@ -39,17 +39,26 @@ struct AxRun {
     bool strict = false;
 
     // Reads `text` as an a-x file and prepares the phases for `choice`.
-    void read(const std::string& text) {
+    void load(const std::string& text) {
         TempFile f(text);
         TextFile file;
         ASSERT_TRUE(file.open(f.path()));
         readaxfile(run, file, choice, strict);
         preparephases(run, choice);
     }
+    // The same where no fatal stop is expected: one fails the test.
+    void read(const std::string& text) {
+        try {
+            load(text);
+        } catch (const RunEnded& e) {
+            ADD_FAILURE() << "run bombed in " << e.where << " : " << e.message << "\n" << con.output;
+            throw;
+        }
+    }
     // The fatal stop that reading `text` ends in; fails the test if none.
     RunEnded fails(const std::string& text) {
         try {
-            read(text);
+            load(text);
         } catch (const RunEnded& e) {
             return e;
         }
