@@ -9,6 +9,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "script/store.h"
 #include "thermo/store.h"
 
 namespace sm {
@@ -38,6 +39,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    ScriptStore script;    // what the scriptfile says, and the windows it sets
 };
 
 }  // namespace sm
