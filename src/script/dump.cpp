@@ -1,6 +1,9 @@
 // What the program understood of the scriptfile, as a table in the log, so a
 // user can check a script word by word.
+#include <cmath>
+
 #include "console/format.h"
+#include "console/scan.h"
 #include "run.h"
 #include "script/readcontrol.h"
 #include "script/readers.h"
@@ -25,7 +28,11 @@ std::string list(const std::vector<sstring>& names) {
     return text;
 }
 
-std::string num(real v) { return real2str(v, 6, false); }
+// A value with the decimals it needs, at most 6.
+std::string num(real v) {
+    const int d = decimalsneeded(v);
+    return real2str(v, std::fabs(v - std::round(v)) < 1e-8L ? 0 : (d > 6 ? 6 : d), true);
+}
 std::string celsius(real t) { return real2str(t - kelvin0, 2, true); }
 
 void row(Run& run, const std::string& name, const std::string& value) {

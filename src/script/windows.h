@@ -48,10 +48,14 @@ struct Windows {
     int othervariable = axisT;
     int diagrammode = dmPT;
     int gridkind = 0;    // grid lists: 0 none, 1 P, 2 T, 3 both
-    int fluidtype = 2;   // 2 no fluid phase, 6 a H2O-CO2 fluid of fixed composition
+    // what kind of fluid the phases allow, set by the mode's set-up: 0 not yet
+    // settled, 2 no fluid phase (values are activities), 6 a H2O-CO2 fluid of
+    // fixed composition
+    int fluidtype = 0;
     int variance = 1;    // the variance the window checks expect
     int setfluid = 1;    // the script's fluid flag once settled at the console
     std::string axisname;  // the end-member or component of an activity or potential axis
+    int lastdiagrammode = -1;  // the diagram type of the previous pass, -1 before the first
 };
 
 // Which fluid species the phases of the run allow, for promptfluid.
