@@ -30,6 +30,7 @@ std::string list(const std::vector<sstring>& names) {
 
 // A value with the decimals it needs, at most 6.
 std::string num(real v) {
+    if (v != 0 && std::fabs(v) < 0.001L) return real2str(v, 3, false);
     const int d = decimalsneeded(v);
     return real2str(v, std::fabs(v - std::round(v)) < 1e-8L ? 0 : (d > 6 ? 6 : d), true);
 }

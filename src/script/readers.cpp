@@ -32,6 +32,10 @@ int repaired(Run& run, std::string_view keyword, const std::string& text) {
 
 const std::string degC = "\xA1" "C";
 
+// Limits are met within a hair, so that a value written as the limit passes
+// whatever the last bit of its conversion.
+constexpr real hair = 1e-9L;
+
 }  // namespace
 
 std::string Pminstr(real pmin) { return real2str(pmin, pmin < 0.1L ? 4 : 1, true); }
@@ -144,13 +148,13 @@ bool scriptstrings(Run& run, std::string_view keyword, int& n) {
 int scriptP(Run& run, std::string_view keyword, real& p, int i) {
     const real pmin = run.script.win.Pmin;
     const real v = run.script.info.inforeal[i];
-    if (v < pmin) {
+    if (v < pmin - hair) {
         p = pmin;
         return repaired(run, keyword,
                         ", the one P needs to be greater than " + Pminstr(pmin) +
                             " kbar; default used");
     }
-    if (v > Pmaxlimit) {
+    if (v > Pmaxlimit + hair) {
         p = Pmaxlimit;
         return repaired(run, keyword,
                         ", the one P needs to be less than " + real2str(Pmaxlimit, 1, true) +
@@ -162,12 +166,12 @@ int scriptP(Run& run, std::string_view keyword, real& p, int i) {
 
 int scriptT(Run& run, std::string_view keyword, real& t, int i) {
     const real v = run.script.info.inforeal[i] + kelvin0;
-    if (v < Tminlimit) {
+    if (v < Tminlimit - hair) {
         t = Tminlimit;
         return repaired(run, keyword, ", the one T needs to be greater than 10" + degC +
                                           "; default used");
     }
-    if (v > Tmaxlimit) {
+    if (v > Tmaxlimit + hair) {
         t = Tmaxlimit;
         return repaired(run, keyword, ", the one T needs to be less than 2727" + degC +
                                           "; default used");
@@ -193,8 +197,8 @@ int scriptrange(Run& run, std::string_view keyword, real& low, real& high, real 
         ++run.prefs.problems;
         result = 1;
     }
-    const bool bottomout = a < lowest;
-    const bool topout = b > highest;
+    const bool bottomout = a < lowest - hair;
+    const bool topout = b > highest + hair;
     if (bottomout && topout) return repaired(run, keyword, texts.both);
     if (bottomout) {
         high = b + offset;
