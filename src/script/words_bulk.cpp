@@ -40,9 +40,9 @@ void setbulk(Run& run, const ScriptLine& line) {
         b.bulkflag = 1;
         return;
     }
-    if (b.rbiflag == 0) ambiguity(run);
     b.bulkflag = 0;
     if (b.pseudosection != 0) return;  // a bulk is only read for a pseudosection
+    if (b.rbiflag == 0) ambiguity(run);
     if (b.bulkcount == 0) return;      // given up after a fault
     const ScriptInfo& info = run.script.info;
     const bool dataline = info.ninfo >= 1 && info.isnumber(1);
@@ -117,11 +117,11 @@ void rbi(Run& run, const ScriptLine& line) {
         b.rbiflag = 1;
         return;
     }
-    if (b.bulkflag == 0) ambiguity(run);
     if (b.pseudosection != 0) {
         b.rbiflag = 1;  // no pseudosection: the rock's bulk is not wanted
         return;
     }
+    if (b.bulkflag == 0) ambiguity(run);
     b.rbiflag = 0;
     if (b.rbicount == 0) return;
     const bool dataline =
