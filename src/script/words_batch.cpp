@@ -367,7 +367,9 @@ void mc(Run& run, const ScriptLine& line) {
         for (size_t k = 0; k < s.mcfunc.size(); ++k)
             if (s.mcfunc[k].name == v.variable) v.ref = static_cast<int>(k) + 1;
         if (v.ref == 0) scriptbomb("in mc, no match with mcfunc");
-    } else if (isnumberword(what) && line.nitems() >= 4 && isnumberword(line.item(4))) {
+    } else if (isnumberword(what) && line.nitems() < 4) {
+        scriptbomb("in mc, not enough info");  // a value wants its standard deviation
+    } else if (isnumberword(what) && isnumberword(line.item(4))) {
         v.value = wordreal(what);
         v.sd = wordreal(line.item(4));
     } else {
