@@ -29,7 +29,9 @@ std::string brief(real v) { return real2str(v, decimals(v), true); }
 // How many values an interval gives over a width, the high end appended
 // when the last step falls short of it by more than `tol`.
 long countvalues(real width, real interval, real tol) {
-    const long n = static_cast<long>(std::trunc(width / interval)) + 1;
+    const real steps = std::trunc(width / interval);
+    if (!(steps < 1e6L)) return 1000000;  // far beyond any list, and no overflow
+    const long n = static_cast<long>(steps) + 1;
     const bool append = (n - 1) * interval + tol < width;
     return n + (append ? 1 : 0);
 }
@@ -38,7 +40,8 @@ long countvalues(real width, real interval, real tol) {
 std::vector<real> fill(real low, real high, real interval, real tol) {
     std::vector<real> list{low};
     if (!(interval > 0)) return list;
-    const long n = static_cast<long>(std::trunc((high - low) / interval)) + 1;
+    const real steps = std::trunc((high - low) / interval);
+    const long n = steps < maxlist ? static_cast<long>(steps) + 1 : maxlist;
     for (long i = 2; i <= n; ++i) list.push_back(low + (i - 1) * interval);
     if (list.back() + tol < high) list.push_back(high);
     return list;

@@ -260,7 +260,7 @@ void mcit(Run& run, const ScriptLine& line) {
     BatchScripts& s = bt(run);
     Cursor c{line};
     real a, n;
-    if (!c.nextreal(a) || !c.nextreal(n)) scriptbomb("wrong mcit info");
+    if (!c.nextreal(a) || !c.nextreal(n) || !(std::fabs(n) < 32767)) scriptbomb("wrong mcit info");
     s.mcita = a;
     s.mcitn = static_cast<int>(std::llround(static_cast<double>(n)));
 }

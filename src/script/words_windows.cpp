@@ -91,11 +91,10 @@ void calcxco2(Run& run, const ScriptLine& line) {
             scriptmessage(run, "x(CO2): low, high and inc expected");
             scriptbomb("values inappropriate");
         }
-        long count = static_cast<long>(std::trunc((high - low) / inc)) + 1;
-        if (count + 1 > maxlist) {
-            count = maxlist;
-            inc = (high - low) / (maxlist - 1);
-        }
+        // compared as reals first: a tiny interval must not overflow the count
+        const real steps = std::trunc((high - low) / inc);
+        long count = steps + 2 > maxlist ? maxlist : static_cast<long>(steps) + 1;
+        if (steps + 2 > maxlist) inc = (high - low) / (maxlist - 1);
         for (long i = 1; i <= count; ++i) list.push_back(low + (i - 1) * inc);
         if (std::fabs(list.back() - high) > 1e-8L) list.push_back(high);
     } else {

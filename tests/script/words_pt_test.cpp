@@ -83,6 +83,7 @@ TEST(PTWords, XCO2ValuesAsRangeOrList) {
         {"xco2values 0.1 0.5 0.1", {0.1L, 0.2L, 0.3L}, 5, 0.5L},
         {"x(CO2)values 0.1 0.5 0.15", {0.1L, 0.25L, 0.4L}, 4, 0.5L},
         {"calcx(co2) 0.1 0.2 0.0001", {0.1L, 0.1005L}, 201, 0.2L},
+        {"calcx(CO2) 0.1 0.2 1e-300", {0.1L, 0.1005L}, 201, 0.2L},
         {"calcx(CO2) 0 0.3 1.2 0.6", {0.3L, 0.6L}, 2, 0.6L},
     };
     for (const auto& c : cases) {
