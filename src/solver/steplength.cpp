@@ -100,8 +100,20 @@ void cubic(real a, real fa, real sa, real b, real fb, real sb, real& r1, real& r
     } else {
         const real disc = 4.0L * p * p - 12.0L * q * D * sa;
         if (disc >= 0.0L) {
-            r1 = a + D * (-2.0L * p - std::sqrt(disc)) / (6.0L * q);
-            r2 = a + D * (std::sqrt(disc) - 2.0L * p) / (6.0L * q);
+            // z = (-2p -+ sqrt(disc)) / 6q, the root that would cancel taken
+            // from the product of the two, D sa / 3q: the same numbers,
+            // without the loss of digits when q is small beside p.
+            const real sd = std::sqrt(disc);
+            real zminus, zplus;
+            if (p >= 0.0L) {
+                zminus = (-2.0L * p - sd) / (6.0L * q);
+                zplus = -2.0L * p - sd != 0.0L ? 2.0L * D * sa / (-2.0L * p - sd) : 0.0L;
+            } else {
+                zplus = (sd - 2.0L * p) / (6.0L * q);
+                zminus = 2.0L * D * sa / (sd - 2.0L * p);
+            }
+            r1 = a + D * zminus;
+            r2 = a + D * zplus;
         } else {
             r1 = r2 = -a;
         }
