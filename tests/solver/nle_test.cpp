@@ -562,3 +562,60 @@ TEST(Nle, ConvergedReportAtPrintLevel2) {
 
 }  // namespace
 }  // namespace sm
+
+namespace sm {
+namespace {
+
+// The residual routine learns from fncalls which evaluation is the main
+// point of an iteration, and hears of a solution through solved().
+class Counting : public nletest::TrueSystem {
+public:
+    Counting(Run& run, Fun f) : TrueSystem(run, std::move(f)), run_(run) {}
+    bool nlefunc(const NleVector& x, NleMatrix& J, NleVector& F, bool wantJ) override {
+        seen.push_back({run_.solver.iteration, run_.solver.fncalls});
+        return TrueSystem::nlefunc(x, J, F, wantJ);
+    }
+    void solved() override { ++solutions; }
+    std::vector<std::pair<int, int>> seen;  // (iteration, fncalls)
+    int solutions = 0;
+
+private:
+    Run& run_;
+};
+
+TEST(Nle, CountersAndTheSolvedHook) {
+    for (const real target : {0.3L, 1.7L}) {  // a root in the box, and one beyond it
+        SCOPED_TRACE(static_cast<double>(target));
+        MemoryConsole console;
+        sm::Run run(console);
+        nletest::layout(run, {{"a", 0, 1, 0.9L}, {"b", 0, 1, 0.5L}});
+        Counting sys(run, [target](const nletest::Values& v, nletest::Values& F,
+                                   nletest::Rows& dF) {
+            F[1] = v[1] * v[1] - target * target;
+            F[2] = v[2] - 0.5L;
+            dF[1][1] = 2 * v[1];
+            dF[2][2] = 1;
+            return true;
+        });
+        int result = -1;
+        const bool ok = nle(run, sys, result);
+        EXPECT_EQ(sys.solutions, ok ? 1 : 0);
+        EXPECT_EQ(ok, target < 1);
+        ASSERT_FALSE(sys.seen.empty());
+        EXPECT_EQ(sys.seen[0], std::make_pair(0, 0));
+        // Each iteration starts with fncalls 1, and its trials count on.
+        for (size_t k = 1; k < sys.seen.size(); ++k) {
+            const auto [it, calls] = sys.seen[k];
+            if (it != sys.seen[k - 1].first) {
+                EXPECT_EQ(it, sys.seen[k - 1].first + 1);
+                EXPECT_EQ(calls, 1);
+            } else {
+                EXPECT_EQ(calls, sys.seen[k - 1].second + 1);
+            }
+        }
+        EXPECT_EQ(run.solver.fncount + run.solver.iteration + 1, static_cast<int>(sys.seen.size()));
+    }
+}
+
+}  // namespace
+}  // namespace sm
