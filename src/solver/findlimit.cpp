@@ -41,6 +41,11 @@ void sitefractionlimit(Run& run, NleSystem& sys, real& slim) {
     NleWork& wk = *s.work;
     const real slim0 = slim;
     for (int round = 1;; ++round) {
+        // A site fraction already at zero with the line pointing out of its
+        // region shrinks slim by 1e-9 a round without end: once slim is too
+        // small for any step the outcome is settled, and the calculation
+        // fails with no room to move rather than stopping the run.
+        if (slim < 1e-8L) return;
         if (round > 50) bomb("findlimit", "too many iterations handling site fractions", 0);
         for (int j = 1; j <= s.nx; ++j) wk.sx[j] = wk.v[j] - wk.w[j] * slim * 0.999999999L;
         real m = 100;

@@ -131,6 +131,27 @@ TEST(Findlimit, WatchedSiteFractionShortensTheStep) {
     }()), 0.0L);
 }
 
+// A watched term exactly zero at the point, falling along the line: no
+// step is possible, which is a failed calculation, not a stop of the run.
+TEST(Findlimit, SiteFractionAtZeroLookingOut) {
+    class AtZero : public NoSystem {
+    public:
+        real sfterm(const SfWatch&, const NleVector& v) override { return 0.5L - v[1]; }
+        real sftermslope(const SfWatch&, const NleVector&, const NleVector& w, bool& z) override {
+            z = false;
+            return -w[1];
+        }
+    } sys;
+    LimitCase t(0.5L, 0.5L, -0.5L, 0.0L);
+    t.run.solver.nsfterm = 1;
+    real slim = -1;
+    int acc = -1;
+    EXPECT_NO_THROW(findlimit(t.run, sys, slim, acc));
+    EXPECT_LT(slim, 1e-8L);
+    EXPECT_GE(slim, 0.0L);
+    EXPECT_EQ(acc, accinaccessible);
+}
+
 TEST(Findlimit, SiteFractionStops) {
     {
         // An exact zero in a factor: the phase is miscoded.
@@ -160,13 +181,14 @@ TEST(Findlimit, SiteFractionStops) {
                   std::string::npos);
     }
     {
-        // A term negative everywhere cannot be cured by shortening.
+        // A term slightly negative everywhere, and rising along the line,
+        // cannot be cured by shortening; slim shrinks by 0.9 a round.
         class Negative : public NoSystem {
         public:
-            real sfterm(const SfWatch&, const NleVector&) override { return -1; }
+            real sfterm(const SfWatch&, const NleVector&) override { return -1e-6L; }
             real sftermslope(const SfWatch&, const NleVector&, const NleVector&, bool& z) override {
                 z = false;
-                return 1;
+                return -1;
             }
         } sys;
         LimitCase t(0.5L, 0.5L, 0.5L, 0.0L);
