@@ -270,12 +270,4 @@ bool nle(Run& run, NleSystem& sys, int& result) {
     return result == nlesolved;
 }
 
-real NleSystem::sfterm(const SfWatch&, const NleVector&) {
-    bomb("findlimit", "site fractions watched without a routine for them", 1);
-}
-
-real NleSystem::sftermslope(const SfWatch&, const NleVector&, const NleVector&, bool&) {
-    bomb("findlimit", "site fractions watched without a routine for them", 1);
-}
-
 }  // namespace sm

@@ -96,7 +96,9 @@ TEST(Nle, AnalyticRoots) {
             // these systems (at least 1 near the roots) that leaves the root
             // within fsize. Tolerances at the level of rounding may end by
             // the step test instead, as close to the root.
-            if (!tight) EXPECT_TRUE(s.esizeok || s.fsizeok);
+            if (!tight) {
+                EXPECT_TRUE(s.esizeok || s.fsizeok);
+            }
             for (size_t i = 0; i < c.root.size(); ++i)
                 EXPECT_LT(std::fabs(valueof(t.run, static_cast<int>(i) + 1) - c.root[i]),
                           tight ? 1e-14L : 1e-6L);
@@ -295,7 +297,9 @@ TEST(Nle, StartOutsideTheBox) {
             EXPECT_EQ(result, nleillegalstart);
         }
         EXPECT_NE(t.console.output.find(c.text), std::string::npos) << t.console.output;
-        if (c.dogmin && c.dogminprintlevel == 0) EXPECT_EQ(t.console.output, "");
+        if (c.dogmin && c.dogminprintlevel == 0) {
+            EXPECT_EQ(t.console.output, "");
+        }
         // A failed start at print level 0 raises the print level to 1.
         EXPECT_EQ(s.printlevel, c.printlevel == 0 && !c.dogmin ? 1 : c.printlevel);
     }
@@ -393,7 +397,9 @@ TEST(Nle, SmallStepNearOrFarFromASolution) {
         nle(t.run, sys, result);
         EXPECT_EQ(result, c.result);
         EXPECT_TRUE(t.run.solver.dxok);
-        if (c.result == nlesolved) EXPECT_STREQ(t.run.solver.convtag, "dx");
+        if (c.result == nlesolved) {
+            EXPECT_STREQ(t.run.solver.convtag, "dx");
+        }
         EXPECT_LT(std::fabs(valueof(t.run, 3) + valueof(t.run, 4) - 0.6L), 1e-15L);
     }
 }
@@ -501,8 +507,9 @@ TEST(Nle, BadPointsFromTheResidualRoutine) {
         }
         EXPECT_NO_THROW(nle(run, sys, result));
         EXPECT_EQ(result, c.result);
-        if (c.printlevel == 2)
+        if (c.printlevel == 2) {
             EXPECT_NE(console.output.find("No solution (10):   shouldn't get here"), std::string::npos);
+        }
     }
 }
 
