@@ -39,6 +39,8 @@ std::string tableline(std::string_view lead, real f, real slope, real step, real
 
 std::string nlenumber(real value) { return real2str(value, 4, false); }
 
+// Long vectors are broken into several pairs of rows, so that no line is cut
+// at the length of a text line.
 void printxrows(Run& run, const SolverState& s, const NleVector& x, int from, int to, int perrow,
                 int lead, int pdec, int tdec, int odec, bool modesperphi) {
     for (int first = from; first <= to; first += perrow) {

@@ -202,6 +202,9 @@ bool steplength(Run& run, NleSystem& sys, real& step, int& status) {
                     bgood = true;
                     break;
                 }
+                // The tenth extension: still falling counts as good; rising
+                // there means the extension has run out, even though a..b
+                // would bracket the minimum.
                 if (round == 10) {
                     if (b.slope < 0.0L)
                         bgood = true;
@@ -296,6 +299,8 @@ bool steplength(Run& run, NleSystem& sys, real& step, int& status) {
         }
     }
 
+    // Steps not reduced are judged by the tests of the point accepted, the
+    // same tests that decide the convergence flags kept with it.
     ls.restore(accepted);
     step = accepted.t;
     const bool reduced = accepted.converged || (accepted.decrease && accepted.flat);

@@ -7,6 +7,7 @@
 #include "console/runended.h"
 #include "solver/nle.h"
 #include "solver/nletestsystem.h"
+#include "testutil.h"
 
 namespace sm {
 namespace {
@@ -164,12 +165,7 @@ TEST(Findlimit, SiteFractionStops) {
         s.sfterm[1].term = 1;
         real slim;
         int acc;
-        try {
-            findlimit(t.run, sys, slim, acc);
-            ADD_FAILURE() << "no stop";
-        } catch (const RunEnded& e) {
-            EXPECT_EQ(e.where, "findlimit");
-        }
+        EXPECT_EQ(smtest::expectended([&] { findlimit(t.run, sys, slim, acc); }).where, "findlimit");
         const std::string& out = t.console.output;
         EXPECT_EQ(out.substr(0, 36), std::string(35, '-') + "\n");
         EXPECT_NE(out.find("crasher with gt, sf term = 1\nx  "), std::string::npos);
@@ -195,13 +191,9 @@ TEST(Findlimit, SiteFractionStops) {
         t.run.solver.nsfterm = 1;
         real slim;
         int acc;
-        try {
-            findlimit(t.run, sys, slim, acc);
-            ADD_FAILURE() << "no stop";
-        } catch (const RunEnded& e) {
-            EXPECT_EQ(e.where, "findlimit");
-            EXPECT_EQ(e.message, "too many iterations handling site fractions");
-        }
+        const RunEnded e = smtest::expectended([&] { findlimit(t.run, sys, slim, acc); });
+        EXPECT_EQ(e.where, "findlimit");
+        EXPECT_EQ(e.message, "too many iterations handling site fractions");
     }
 }
 

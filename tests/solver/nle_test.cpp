@@ -9,6 +9,7 @@
 
 #include "console/runended.h"
 #include "solver/nletestsystem.h"
+#include "testutil.h"
 
 namespace sm {
 namespace {
@@ -285,13 +286,9 @@ TEST(Nle, StartOutsideTheBox) {
         });
         int result = -1;
         if (c.stops) {
-            try {
-                nle(t.run, sys, result);
-                ADD_FAILURE() << "no stop";
-            } catch (const RunEnded& e) {
-                EXPECT_EQ(e.where, "nle");
-                EXPECT_EQ(e.message, "illegal start");
-            }
+            const RunEnded e = smtest::expectended([&] { nle(t.run, sys, result); });
+            EXPECT_EQ(e.where, "nle");
+            EXPECT_EQ(e.message, "illegal start");
         } else {
             EXPECT_FALSE(nle(t.run, sys, result));
             EXPECT_EQ(result, nleillegalstart);
@@ -495,14 +492,10 @@ TEST(Nle, BadPointsFromTheResidualRoutine) {
         });
         int result = -2;
         if (c.result == -1) {
-            try {
-                nle(run, sys, result);
-                ADD_FAILURE() << "no stop";
-            } catch (const RunEnded& e) {
-                EXPECT_EQ(e.where, "fn");
-                EXPECT_EQ(e.message, "not ok (1)");
-                EXPECT_EQ(e.internal, 1);
-            }
+            const RunEnded e = smtest::expectended([&] { nle(run, sys, result); });
+            EXPECT_EQ(e.where, "fn");
+            EXPECT_EQ(e.message, "not ok (1)");
+            EXPECT_EQ(e.internal, 1);
             continue;
         }
         EXPECT_NO_THROW(nle(run, sys, result));
