@@ -9,6 +9,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "thermo/dataset.h"
 #include "thermo/store.h"
 
 namespace sm {
@@ -38,6 +39,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    DatasetFile dataset;   // thermo: the dataset file and its reading state
 };
 
 }  // namespace sm
