@@ -11,6 +11,7 @@
 #include "console/runfiles.h"
 #include "console/types.h"
 #include "solver/solverstate.h"
+#include "thermo/dataset.h"
 #include "thermo/store.h"
 
 namespace sm {
@@ -43,6 +44,7 @@ struct Run {
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
     SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
+    DatasetFile dataset;   // thermo: the dataset file and its reading state
 };
 
 }  // namespace sm
