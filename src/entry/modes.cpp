@@ -8,7 +8,10 @@
 
 namespace sm {
 
-void commonsetup(Run& run) { run.gcount = 0; }
+void commonsetup(Run& run) {
+    run.gcount = 0;
+    run.store.initstore();
+}
 
 void regressionsetup(Run& run) { readdsprefs(run.io, run.dsprefs); }
 

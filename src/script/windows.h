@@ -8,17 +8,14 @@
 
 #include "console/types.h"
 #include "script/settings.h"
+#include "thermo/limits.h"
 
 namespace sm {
 
 struct Run;
 
-// The fixed limits of the system; Pmin is lowered by the script negP.
-constexpr real defaultPmin = 0.0009L;  // kbar
-constexpr real negPmin = -50;          // kbar
-constexpr real Pmaxlimit = 1500;       // kbar
-constexpr real Tminlimit = 283;        // K
-constexpr real Tmaxlimit = 3000;       // K
+// The pressure and temperature limits of the system are in thermo/limits.h;
+// Pmin is lowered to minusPmin by the script negP.
 constexpr real kelvin0 = 273.15L;
 constexpr int maxlist = 201;           // values in one list
 

@@ -176,7 +176,7 @@ void windowwords(std::vector<WordEntry>& t) {
     t.push_back({{"calctype"}, mode2 | mode3, true, calctype});
     t.push_back({{"figure", "fig"}, mode1, true, figure});
     t.push_back({{"negP", "negp"}, modeall, true,
-                 [](Run& r, const ScriptLine&) { r.script.win.Pmin = negPmin; }});
+                 [](Run& r, const ScriptLine&) { r.script.win.Pmin = minusPmin; }});
 }
 
 }  // namespace sm
