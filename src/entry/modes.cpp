@@ -5,6 +5,7 @@
 #include "run.h"
 #include "script/readcontrol.h"
 #include "script/windows.h"
+#include "thermo/dataset.h"
 
 namespace sm {
 
@@ -78,6 +79,7 @@ void axisname(Run& run, int mode) {
 // A pass of the reactions mode as far as the windows: the calculation of
 // the reactions follows them.
 void reactionspass(Run& run) {
+    readthermo(run, 1);
     readcontrol(run);
     Windows& w = run.script.win;
     w.variance = 1;
@@ -95,10 +97,12 @@ void runpass(Run& run) {
     switch (run.runmode) {
     case rmphasediagram:
         run.script.win.diagrammode = dmPT;
+        readthermo(run, 1);
         readcontrol(run);
         dofigPT(run);
         break;
     case rmrock:
+        readthermo(run, 1);
         readcontrol(run);
         dofigPT(run);
         break;
