@@ -337,3 +337,87 @@ TEST(Names, CheckNameRepairs) {
 }
 
 }  // namespace
+
+namespace {
+
+using smtest::ScriptRun;
+
+TEST(DiagramWindows, PTCalcsFromScriptOrAsked) {
+    ScriptRun t;
+    t.act("diagramPT 2 12 400 800");
+    t.act("calcP ask 4 10 2");
+    t.act("calcT ask 500 600");
+    sm::dofigPT(t.run);
+    t.s().win.gridkind = 3;
+    t.con.feed("y\n");
+    sm::PTcalcs(t.run, "grid", "P of the grid", "T of the grid");
+    EXPECT_TRUE(t.said("use PT calcs given in datafile ? "));
+    EXPECT_TRUE(t.said("P of the grid: 4 to 10 kbar (from script)\n"));
+    EXPECT_TRUE(t.said("T of the grid: 500 to 600\xA1" "C (from script)\n"));
+    EXPECT_EQ(t.s().win.Pinterval, 2);
+
+    ScriptRun u;
+    u.act("diagramPT 2 12 400 800");
+    sm::dofigPT(u.run);
+    u.s().win.gridkind = 1;
+    u.con.feed("20 5 1\n");
+    sm::PTcalcs(u.run, "grid", "P of the grid", "T of the grid");
+    EXPECT_TRUE(u.said("P calcs: between P(low) and P(high), with P increment : "));
+    EXPECT_TRUE(u.said("P(low) must be less than P(high): values swapped\n"
+                       "P(high) must be less than 12.0: this used\n"));
+    EXPECT_TRUE(u.said("using overall T window for the T of the grid\n"));
+    EXPECT_EQ(u.s().win.calcP.lo, 5);
+    EXPECT_EQ(u.s().win.calcP.hi, 12);
+    EXPECT_EQ(u.s().win.calcT.hi, 1073.15L);
+}
+
+TEST(DiagramWindows, AReactionsPTDiagramFromTheScript) {
+    ScriptRun t(3);
+    t.act("diagramPT 2 12 400 800");
+    t.act("calctatp");
+    t.act("calcP 2 12 2");
+    t.act("seta H2O 1");
+    sm::diagramwindowsetup(t.run, true, sm::FluidPhases{true, false, false});
+    const sm::Windows& w = t.s().win;
+    EXPECT_EQ(w.calcvariable, sm::axisT);
+    EXPECT_EQ(w.othervariable, sm::axisP);
+    expectlist(w.Plist, {2, 4, 6, 8, 10, 12});
+    EXPECT_EQ(w.xh2o, 1);
+    EXPECT_EQ(t.con.reads, 0);  // all of it from the script
+}
+
+TEST(DiagramWindows, AnXCO2SectionAsksItsWindowAndFixedValue) {
+    ScriptRun t(3);
+    t.act("diagramPT 4 6 450 700");
+    t.s().win.diagrammode = sm::dmTx;
+    t.s().win.variance = 1;
+    t.con.feed("500 650 0.05 0.7\nn\n0.1 0.3 0.5\n5\n");
+    sm::diagramwindowsetup(t.run, true, sm::FluidPhases{true, true, false});
+    EXPECT_TRUE(t.said("T-x(CO2) window in which the phase diagram to be drawn\n"
+                       "T low, high , x(CO2) low, high : "));
+    const sm::Windows& w = t.s().win;
+    EXPECT_EQ(w.calcvariable, sm::axisT);
+    EXPECT_EQ(w.othervariable, sm::axisx);
+    expectlist(w.xco2list, {0.05, 0.1, 0.3, 0.5, 0.7});
+    EXPECT_EQ(w.calcP.lo, 5);
+    EXPECT_EQ(w.calcP.hi, 5);
+
+    ScriptRun u(3);
+    u.act("diagramPT 4 6 450 700");
+    u.s().win.diagrammode = sm::dmPx;
+    u.con.feed("3000\n");
+    const sm::RunEnded e = smtest::expectended(
+        [&] { sm::diagramwindowsetup(u.run, false, sm::FluidPhases{}); });
+    EXPECT_EQ(e.where, "diagramwindowsetup");
+    EXPECT_EQ(e.message, "inappropriate fixed T or P");
+
+    ScriptRun v(3);
+    v.act("diagramPT 4 6 450 700");
+    v.s().win.diagrammode = 9;
+    const sm::RunEnded f = smtest::expectended(
+        [&] { sm::diagramwindowsetup(v.run, true, sm::FluidPhases{}); });
+    EXPECT_EQ(f.where, "diagram");
+    EXPECT_EQ(f.internal, 1);
+}
+
+}  // namespace
