@@ -38,6 +38,11 @@ constexpr real hair = 1e-9L;
 
 }  // namespace
 
+bool scriptfault(Run& run, std::string_view keyword, const std::string& message,
+                 const char* bombtext, const char* closing) {
+    return fault(run, keyword, message, bombtext, closing);
+}
+
 std::string Pminstr(real pmin) { return real2str(pmin, pmin < 0.1L ? 4 : 1, true); }
 
 bool scriptreal(Run& run, std::string_view keyword, real low, real high) {

@@ -25,6 +25,11 @@ int scriptT(Run& run, std::string_view keyword, real& t, int i);
 int scriptPrange(Run& run, std::string_view keyword, real& low, real& high, int i);
 int scriptTrange(Run& run, std::string_view keyword, real& low, real& high, int i);
 
+// The common end of a reader's fault: told on screen and log, fatal with
+// strictscripting, otherwise counted with `closing` said; always false.
+bool scriptfault(Run& run, std::string_view keyword, const std::string& message,
+                 const char* bombtext, const char* closing);
+
 // Pmin as the messages print it.
 std::string Pminstr(real pmin);
 

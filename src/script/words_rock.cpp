@@ -1,5 +1,6 @@
 // Script words of the rock calculations (average PT) and the reactions mode.
 #include "console/runended.h"
+#include "console/scan.h"
 #include "run.h"
 #include "script/readers.h"
 #include "script/vocabulary.h"
@@ -30,7 +31,7 @@ void setisr(Run& run, const ScriptLine& line) {
     }
     r.isrflag = 0;
     if (r.isrcount == 0) return;
-    const bool dataline = run.script.info.ninfo >= 1 && isnumberword(line.item(1));
+    const bool dataline = line.nitems() >= 1 && isnumberword(line.item(1));
     if (r.isrcount == notseen) {
         if (dataline) {
             scriptmessage(run, "now, " + line.keyword +
@@ -45,12 +46,31 @@ void setisr(Run& run, const ScriptLine& line) {
         r.isrcount = -2;
         return;
     }
-    int n = static_cast<int>(r.isrnames.size());
-    if (!scriptints(run, line.keyword, n)) {
+    // one coefficient a name, read from the words: a reaction may involve
+    // more end-members than the info record holds
+    const int n = static_cast<int>(r.isrnames.size());
+    const char* closing = "info in the script needs to be corrected";
+    auto giveup = [&](const std::string& message) {
+        scriptfault(run, line.keyword, message, "integers expected", closing);
         r.isrcount = 0;
+    };
+    if (line.nitems() < n) {
+        giveup("for " + line.keyword + ", only " + std::to_string(line.nitems()) +
+               " integers in a line, but " + std::to_string(n) + " needed");
         return;
     }
-    r.isr.emplace_back(run.script.info.infoint.begin() + 1, run.script.info.infoint.begin() + 1 + n);
+    std::vector<int> coefficients;
+    for (int i = 1; i <= n; ++i) {
+        int v;
+        std::string m;
+        if (whatisstring(line.item(i)) != tokint || !string2int(line.item(i), v, m)) {
+            giveup("for " + line.keyword + ", info includes \"" + line.item(i) +
+                   "\" not just integers");
+            return;
+        }
+        coefficients.push_back(v);
+    }
+    r.isr.push_back(coefficients);
     r.isrcount = static_cast<int>(r.isr.size());
 }
 
@@ -73,7 +93,7 @@ void rockwords(std::vector<WordEntry>& t) {
                  [](Run& r, const ScriptLine& l) { rk(r).justrelu = l.flag; }});
     t.push_back({{"oisr", "pisr"}, mode2, true,
                  [](Run& r, const ScriptLine& l) { rk(r).oisr = l.flag; }});
-    t.push_back({{"setisr", "isr"}, mode2, true, setisr});
+    t.push_back({{"setisr", "isr"}, mode2, false, setisr});
     t.push_back({{"dataok"}, mode2, true,
                  [](Run& r, const ScriptLine& l) { rk(r).dataok = l.flag; }});
     t.push_back({{"setmaxsdt", "maxsdt"}, mode2, true, [](Run& r, const ScriptLine& l) {

@@ -43,6 +43,18 @@ TEST(BlockWords, IndependentReactions) {
     EXPECT_EQ(v.problems(), 1);
     EXPECT_TRUE(v.s().rock.isr.empty());  // given up after the fault
     EXPECT_EQ(v.s().rock.isrcount, 0);
+    EXPECT_TRUE(v.said("for setisr, info includes \"0.5\" not just integers"));
+
+    // a set over more end-members than one info record holds
+    std::string names = "setisr", coefs = "setisr";
+    for (int i = 0; i < 45; ++i) {
+        names += " e" + std::to_string(i);
+        coefs += i == 44 ? " -1" : " 0";
+    }
+    ScriptRun w(2);
+    w.read(names + "\n" + coefs + "\n");
+    ASSERT_EQ(w.s().rock.isr.size(), 1u);
+    EXPECT_EQ(w.s().rock.isr[0][44], -1);
 }
 
 TEST(BlockWords, IsoplethShapes) {
