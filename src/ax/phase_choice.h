@@ -9,7 +9,7 @@
 namespace sm {
 
 // One starting guess of a composition variable (script word xyzguess).
-struct XyzGuess {
+struct GuessLine {
     sstring name;         // e.g. "x(g)"
     real value = 0;
     real sd = 0;
@@ -27,6 +27,8 @@ struct PhaseColour {
     int r = 0, g = 0, b = 0;
 };
 
+struct ScriptStore;
+
 struct PhaseChoice {
     sstring axfile;                 // suffix of sm-<axfile>.txt; asked when empty
     std::vector<sstring> with;      // chosen phases, whole names as written
@@ -35,12 +37,15 @@ struct PhaseChoice {
     std::vector<sstring> tozero;
     std::vector<std::vector<sstring>> samecoding;  // each set: base phase, then new names
     bool samecodingoff = false;
-    std::vector<XyzGuess> xyzguess;
+    std::vector<GuessLine> xyzguess;
     sstring buffername;             // script word buffer: phase and offset in log units
     real bufferoffset = 0;
     bool defaultsd = false;         // the run uses the default uncertainty parameters
     std::vector<PhaseUncertainty> uncertainty;
     std::vector<PhaseColour> rgb;
 };
+
+// What the settled scriptfile says, in these terms.
+PhaseChoice phasechoice(const ScriptStore& script);
 
 }  // namespace sm

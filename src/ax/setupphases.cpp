@@ -133,7 +133,7 @@ void makesamecoding(Run& run, const PhaseChoice& choice) {
 }
 
 void applyguesses(AxPhase& ph, const PhaseChoice& choice) {
-    std::vector<const XyzGuess*> mine;
+    std::vector<const GuessLine*> mine;
     for (const auto& g : choice.xyzguess)
         if (phaseofvariable(g.name) == ph.pname) mine.push_back(&g);
     if (mine.empty()) {
@@ -148,7 +148,7 @@ void applyguesses(AxPhase& ph, const PhaseChoice& choice) {
                                     ph.xv[k + 1].xname + "\"", 0);
     if (mine.size() != static_cast<size_t>(ph.nxv)) bomb("setupphases", "xyzguess: wrong no of vars", 0);
     for (int v = 1; v <= ph.nxv; ++v) {
-        const XyzGuess& g = *mine[v - 1];
+        const GuessLine& g = *mine[v - 1];
         AxVariable& x = ph.xv[v];
         x.guess = g.value;
         x.sd = g.sd;

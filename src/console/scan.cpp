@@ -6,10 +6,6 @@
 
 namespace sm {
 
-bool isblankchar(char ch) {
-    return ch == ' ' || ch == '\t' || ch == '\xCA';
-}
-
 void trimspan(std::string_view s, int& first, int& last) {
     first = 0;
     last = 0;
@@ -126,8 +122,11 @@ int whatisstring(std::string_view s) {
     return tokint;
 }
 
-real tentopower(int n) {
-    static constexpr real factors[6] = {10.0L, 100.0L, 1e4L, 1e8L, 1e16L, 1e32L};
+namespace {
+
+// Repeated squaring on the binary digits of |n|.
+constexpr real tentopowerbysquares(int n) {
+    constexpr real factors[6] = {10.0L, 100.0L, 1e4L, 1e8L, 1e16L, 1e32L};
     unsigned long m = n < 0 ? static_cast<unsigned long>(-static_cast<long>(n))
                             : static_cast<unsigned long>(n);
     real product = 1.0L;
@@ -142,9 +141,28 @@ real tentopower(int n) {
     return n < 0 ? 1.0L / product : product;
 }
 
+// The same values for the exponents of ordinary data, worked out once by the
+// compiler: every number read from a data file needs one.
+constexpr int tabulatedpowers = 40;
+struct PowerTable {
+    real value[2 * tabulatedpowers + 1];
+    constexpr PowerTable() : value{} {
+        for (int n = -tabulatedpowers; n <= tabulatedpowers; ++n)
+            value[n + tabulatedpowers] = tentopowerbysquares(n);
+    }
+};
+constexpr PowerTable powertable;
+
+}  // namespace
+
+real tentopower(int n) {
+    if (n >= -tabulatedpowers && n <= tabulatedpowers) return powertable.value[n + tabulatedpowers];
+    return tentopowerbysquares(n);
+}
+
 // The syntax of a real number: optional "-", digits with at most one ".", at
 // least one mantissa digit; optionally "e" with optional sign and digits.
-static bool parsereal(std::string_view t, real& value) {
+bool scanreal(std::string_view t, real& value) {
     size_t i = 0;
     const size_t n = t.size();
     bool negative = false;
@@ -197,7 +215,7 @@ bool string2real(std::string_view s, real& value, std::string& message) {
     value = 0;
     const std::string t = trim(s);
     if (t.empty()) return false;
-    if (!parsereal(t, value)) {
+    if (!scanreal(t, value)) {
         value = 0;
         message = t + " not a real: replace with";
         return false;
@@ -211,7 +229,7 @@ bool string2int(std::string_view s, int& value, std::string& message) {
     message.clear();
     const std::string t = trim(s);
     if (t.empty()) return false;
-    if (!parsereal(t, v)) {
+    if (!scanreal(t, v)) {
         message = t + " not an integer: replace with";
         return false;
     }

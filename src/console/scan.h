@@ -5,7 +5,7 @@
 
 namespace sm {
 
-bool isblankchar(char ch);                         // tab, space, 0xCA
+inline bool isblankchar(char ch) { return ch == ' ' || ch == '\t' || ch == '\xCA'; }  // tab, space, 0xCA
 void trimspan(std::string_view s, int& first, int& last);  // 1-based, 0 0 when blank
 std::string trim(std::string_view s);
 std::string blanks(int n);                         // "" for n < 1 or n > 249
@@ -18,6 +18,10 @@ void string2strings(std::string_view line, WordList& words);
 void cutcomment(WordList& words);
 
 int whatisstring(std::string_view s);
+
+// The number syntax of string2real on a token with no surrounding blanks,
+// without a message: the fast path of the data-file readers.
+bool scanreal(std::string_view token, real& value);
 
 // Conversions: false with a "replace with" message a prompt can show.
 bool string2real(std::string_view s, real& value, std::string& message);

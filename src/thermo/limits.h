@@ -1,6 +1,8 @@
 #pragma once
 // The fixed sizes of the program's tables. Crossing one at run time is a
 // fatal stop naming the table.
+#include "console/types.h"
+
 namespace sm {
 
 constexpr int maxntp = 320;        // end-members in a dataset file
@@ -32,5 +34,14 @@ constexpr int maxrrows = 150;      // rows of the reaction matrix r
 constexpr int maxnexp = 1200;      // regression experiments and equilibria
 constexpr int maxnb = 270;         // brackets of one regression experiment
 constexpr int tdfields = 31;
+constexpr int maxrowsperentry = 4;  // td rows one dataset entry may feed
+
+// Pressures (kbar) and temperatures (K) the system accepts; the lowest
+// pressure can be lowered to minusPmin by the script.
+constexpr real defaultPmin = 0.0009L;
+constexpr real minusPmin = -50.0L;
+constexpr real Pmaxlimit = 1500.0L;
+constexpr real Tminlimit = 283.0L;
+constexpr real Tmaxlimit = 3000.0L;
 
 }  // namespace sm

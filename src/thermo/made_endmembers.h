@@ -48,8 +48,4 @@ void domake(Run& run, const sstring& name, MakeRecord& make, TdRow& row, const i
 // The high td row of a make term with this action, made on first use.
 int finddep(Run& run, const sstring& term, int action);
 
-// G of td row i at P (kbar), T (K): the dataset end-member, or the made
-// end-member as its own H, S, V plus its terms.
-real gemdriver(Run& run, int i, real P, real T);
-
 }  // namespace sm

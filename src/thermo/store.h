@@ -22,6 +22,8 @@ enum TdField : int {
 using TdRow = std::array<real, tdfields + 1>;
 
 struct EndMemberStore {
+    EndMemberStore() { initstore(); }
+
     // Dataset name tables (file order).
     int ntp = 0;
     std::vector<sstring> dsname = std::vector<sstring>(maxntp + 1);
@@ -49,6 +51,15 @@ struct EndMemberStore {
     std::array<sstring, maxcomp + 1> compname{};
     std::array<real, maxcomp + 1> catomsum{};
 
+    // Reaction coefficients on emname, by reaction row.
+    std::vector<std::array<short, maxnem + 1>> r =
+        std::vector<std::array<short, maxnem + 1>>(maxrrows + 1);
+
+    // Copies of nc and nem that the projection onto a reduced system works on.
+    int ncproj = 0, nemproj = 0;
+    // True when some end-member's oxygen differs from that of its oxides.
+    bool excessO = false;
+
     // Covariance of H by td row, (maxnem+1)^2 reals.
     std::vector<real> cov = std::vector<real>((maxnem + 1) * (maxnem + 1));
     real& covat(int i, int j) { return cov[static_cast<size_t>(i) * (maxnem + 1) + j]; }
@@ -64,10 +75,28 @@ struct EndMemberStore {
     int fluidtype = 0;
     bool numerical = false;
     bool ggk = false;
+    int printlevel = 1;  // the calculation's print level, set by the run's set-up
+
+    // Rows of the end-members that the fluid and reaction terms look for by
+    // name (0 when the run has none), found by findspecialrows.
+    int ico2 = 0, ih2o = 0, iaqsi = 0, icrd = 0, ifcrd = 0;
+
+    // Diagnostics of the end-member energy: the last thermal (heat capacity)
+    // and VdP terms, and the fallbacks of the Einstein integral's series.
+    real lastthermal = 0;
+    real lastvdp = 0;
+    long long ggkfallbacks = 0;
 
     // Sets the start-of-program state: counts zero, nsites and cscale 1, c 0.
     void initstore();
 };
+
+// Makes nem and emname the given list of names, cut to 22 characters, and
+// empties the slots above; more than the td rows hold is fatal.
+void setemname(EndMemberStore& s, const std::vector<sstring>& names);
+
+// Finds the rows of H2O, CO2, aqSi, crd and fcrd in emname.
+void findspecialrows(EndMemberStore& s);
 
 // Linear search of the dataset names, exact after the 22-character cut.
 bool dsfind(const EndMemberStore& s, std::string_view name, int& number);

@@ -1,0 +1,92 @@
+#pragma once
+// Helpers of the thermodynamic-data tests: a run over an in-memory console,
+// the shipped datasets, scratch copies of damaged files, and the fatal stop.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "console/console.h"
+#include "console/runended.h"
+#include "run.h"
+#include "thermo/dataset.h"
+
+namespace sm::testing {
+
+inline std::string datapath(const std::string& name) { return std::string(SM_DATA_DIR) + "/" + name; }
+
+inline std::string readtext(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+inline std::vector<std::string> splitlines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::string line;
+    std::istringstream in(text);
+    while (std::getline(in, line)) lines.push_back(line);
+    return lines;
+}
+
+inline std::string joinlines(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const auto& l : lines) text += l + "\n";
+    return text;
+}
+
+// A file in a scratch folder of its own, named as given (the name decides the
+// generation of a dataset).
+inline std::string writescratch(const std::string& name, const std::string& text) {
+    const auto dir = std::filesystem::temp_directory_path() /
+                     ("sm-thermo-test-" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    const auto path = dir / name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path.string();
+}
+
+struct TestRun {
+    MemoryConsole console;
+    Run run{console};
+};
+
+// The names of the dataset entries, in file order.
+inline std::vector<sstring> allnames(const Run& run) {
+    std::vector<sstring> names;
+    for (int i = 1; i <= run.store.ntp; ++i) names.push_back(run.store.dsname[i]);
+    return names;
+}
+
+// All three stages with the given names (all entries when empty).
+inline void readdataset(Run& run, const std::string& path, std::vector<sstring> names = {}) {
+    setuptextread(run, path);
+    if (names.empty()) names = allnames(run);
+    readthermochemistry(run, names);
+    texthermoread(run);
+}
+
+// The fatal stop of `body`, as "where : message"; "" when it did not stop.
+inline std::string stopof(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (const RunEnded& e) {
+        return e.where + " : " + e.message;
+    }
+    return "";
+}
+
+inline int rowof(const Run& run, const std::string& name) {
+    for (int i = 1; i <= run.store.nem; ++i)
+        if (run.store.emname[i] == name) return i;
+    ADD_FAILURE() << name << " is not in the run";
+    return 0;
+}
+
+}  // namespace sm::testing
