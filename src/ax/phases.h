@@ -35,6 +35,16 @@ struct SfTerm {
     real pw = 0;
 };
 
+// The composition of an end-member in the run's components: component k
+// holds cnum[k] / (cden * cscale[k]), as a real in x[k]; emsize is its atoms
+// (oxide units in the older dataset form).
+struct EmComposition {
+    std::array<long long, maxcomp + 1> cnum{};
+    int cden = 1;
+    std::array<real, maxcomp + 1> x{};
+    real emsize = 0;
+};
+
 struct AxEndMember {
     sstring ename;
     int line = 0;         // line of the a-x file where its block starts
@@ -51,6 +61,7 @@ struct AxEndMember {
     int checkdiv = 1;
     bool excluded = false;
     int fluidindex = 0;   // place in the fluid species list, 0 if none
+    EmComposition comp;   // filled by makeemc and countcomp
 };
 
 struct AxVariable {
@@ -139,6 +150,7 @@ struct PurePhase {
     bool isbuffer = false;
     MakeRecord make;
     TdRow emtd{};
+    EmComposition comp;
     std::array<real, 4> uncert{0, -1, 0.6666667L, 0.1666667L};
     bool hasrgb = false;
     std::array<int, 3> rgb{};

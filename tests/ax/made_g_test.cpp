@@ -8,6 +8,7 @@
 #include "thermo/dataset.h"
 #include "thermo/gem.h"
 #include "thermo/made_endmembers.h"
+#include "ax/endmember_composition.h"
 
 namespace sm::axtest {
 namespace {
@@ -84,6 +85,31 @@ void checkfile(const char* axfile, const char* ref) {
 
 TEST(MadeG, Metapelites) { checkfile("sm-axpel.txt", "made_G_axpel.csv"); }
 TEST(MadeG, KfmashMetapelites) { checkfile("sm-axkfm.txt", "made_G_axkfm.csv"); }
+
+// Compositions per atom: an end-member holds as many atoms as its formula,
+// a made one the combination of its terms'.
+TEST(MadeG, EndMemberAtoms) {
+    AxRun a;
+    try {
+        setup(a, "sm-axkfm.txt", "sm-ds6a.txt");
+        makeemc(a.run);
+        countcomp(a.run);
+    } catch (const RunEnded& e) {
+        FAIL() << e.where << " : " << e.message << "\n" << a.con.output;
+    }
+    const AxPhase& g = a.ax(1);
+    ASSERT_EQ(g.em[1].ename, "py");
+    EXPECT_NEAR(g.em[1].comp.emsize, 20, 1e-15L);  // Mg3Al2Si3O12
+    const AxPhase& bi = a.ax(3);
+    ASSERT_EQ(bi.em[3].ename, "obi");  // 1/3 ann + 2/3 phl, 22 atoms each
+    EXPECT_EQ(bi.em[3].comp.cden, 3);
+    EXPECT_NEAR(bi.em[3].comp.emsize, 22, 1e-15L);
+    real feo = 0;
+    for (int k = 1; k <= a.run.store.nc; ++k)
+        if (a.run.store.compname[k] == "FeO") feo = bi.em[3].comp.x[k];
+    EXPECT_NEAR(feo, 1, 1e-15L);  // 3 Fe of ann, one third of it
+    EXPECT_NEAR(a.pure(1).comp.emsize, 3, 1e-15L);  // q, SiO2
+}
 
 }  // namespace
 }  // namespace sm::axtest
