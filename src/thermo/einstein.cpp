@@ -153,15 +153,20 @@ real einsteinvdp(const TdRow& row, std::string_view name, real P, real T, const 
                   p.k0 * v0 * ggkint(v0 - 1, k, cx.ggkfallbacks));
 }
 
+int einsteinsimpsonintervals(real T) {
+    int N = static_cast<int>(std::lround((T - Tr) / 20));
+    if (N > 140) N = 138;
+    if (N < 3) N = 4;
+    if (N % 2 != 0) ++N;
+    return N;
+}
+
 namespace {
 
 // The heat capacity gained at 1 bar because the thermal pressure expands the
 // solid (Cp - Cv), integrated as G = H - T S by Simpson's rule.
 real thermalbysimpson(const Einstein& p, std::string_view name, real T, const GemContext& cx) {
-    int N = static_cast<int>(std::lround((T - Tr) / 20));
-    if (N > 140) N = 138;
-    if (N < 3) N = 4;
-    if (N % 2 != 0) ++N;
+    const int N = einsteinsimpsonintervals(T);
     const real h = (T - Tr) / N;
     const real inveu0 = 1 / (p.eu0 - 1);
     real sum = 0;
