@@ -31,7 +31,10 @@ inline std::vector<std::string> splitlines(const std::string& text) {
     std::vector<std::string> lines;
     std::string line;
     std::istringstream in(text);
-    while (std::getline(in, line)) lines.push_back(line);
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line);
+    }
     return lines;
 }
 
