@@ -2,6 +2,7 @@
 // Everything one process pass owns. A test builds a fresh Run over an
 // in-memory console; nothing of a run lives outside this struct.
 #include <array>
+#include <limits>
 #include <string>
 
 #include "console/io.h"
@@ -9,6 +10,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
 
@@ -32,13 +34,16 @@ struct Run {
     int runmode = rmutilities;
     int runcount = 0;
     std::string moreprompt;
-    real machineeps = 0;
+    // The largest power of 2 with 1 + eps > 1 in 80-bit arithmetic (2^-63);
+    // start-up finds it again by halving.
+    real machineeps = std::numeric_limits<real>::epsilon();
     std::array<std::string, 401> ordinals{};  // "1st", "2nd", "3rd", "4th" ... "400th"
     long long gcount = 0;                      // end-member Gibbs-energy evaluations
     Random random;
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
     DatasetFile dataset;   // thermo: the dataset file and its reading state
 };
 
