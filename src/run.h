@@ -10,6 +10,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "script/store.h"
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
@@ -43,6 +44,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    ScriptStore script;    // what the scriptfile says, and the windows it sets
     SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
     DatasetFile dataset;   // thermo: the dataset file and its reading state
 };
