@@ -78,8 +78,9 @@ TEST(Fluids, SolventOfPureWater) {
 }
 
 TEST(Fluids, DebyeHueckelLineAtPrintLevel5) {
+    smtest::ScratchDir dir;
     TestRun t;
-    const std::string logname = writescratch("sm-log-dh.txt", "");
+    const std::string logname = put(dir, "sm-log-dh.txt", "");
     openchannel(t.run.io, 3, logname);
     FluidContext fx{true, "test", &t.run.io, 5};
     const real DH = dhsolute(2, 700, 0.1L, 0.9L, 0.04L, -1, fx);

@@ -37,7 +37,7 @@ std::vector<Term> parsereaction(const std::string& text) {
 class Reactions : public ::testing::Test {
 protected:
     void SetUp() override {
-        readdataset(t.run, datapath("sm-ds6a.txt"));
+        readdataset(t.run, datafile("sm-ds6a.txt"));
         findspecialrows(t.run.store);
     }
     void setreaction(int k, const std::vector<Term>& terms) {
