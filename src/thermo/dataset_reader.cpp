@@ -492,6 +492,7 @@ void texthermoread(Run& run) {
     makep(run);
     datapass(run);
     covariancepass(run, true);
+    printdatasetsummary(run, run.script.control.debuglevel);
 }
 
 void readthermo(Run& run, int stage) {

@@ -210,6 +210,15 @@ TEST(DatasetForms, SummaryInTheLog) {
         << log;
     EXPECT_NE(log.find("components (7): H2O CO2 SiO2 Al2O3 MgO FeO O\n"), std::string::npos) << log;
     EXPECT_EQ(t.console.output.find("eos"), std::string::npos);
+
+    // the data reading itself writes it at the script's debuglevel
+    TestRun u;
+    u.run.script.control.debuglevel = 3;
+    const std::string logname2 = put(dir, "sm-log-summary2.txt", "");
+    openchannel(u.run.io, 3, logname2);
+    readdataset(u.run, datafile("sm-ds6a.txt"), {"fo", "q"});
+    flushfiles(u.run.io);
+    EXPECT_NE(readtext(logname2).find("components (2): SiO2 MgO\n"), std::string::npos);
 }
 
 }  // namespace
