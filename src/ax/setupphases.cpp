@@ -132,12 +132,33 @@ void makesamecoding(Run& run, const PhaseChoice& choice) {
     }
 }
 
+void applyguess(AxVariable& x, const GuessLine& g) {
+    x.guess = g.value;
+    x.sd = g.sd;
+    if (g.rangeset) {
+        if (!x.lowset || g.lo > x.rlow) x.rlow = g.lo;
+        if (!x.highset || g.hi < x.rhigh) x.rhigh = g.hi;
+        x.lowset = x.highset = true;
+        if (x.rlow > x.rhigh) bomb("setupphases", "read in lower limit > upper limit in xyz range", 0);
+    }
+}
+
+// A phase of coding 2 takes all its guesses from the script, in the order of
+// its variables; one with guesses in the file takes those the script names.
 void applyguesses(AxPhase& ph, const PhaseChoice& choice) {
     std::vector<const GuessLine*> mine;
     for (const auto& g : choice.xyzguess)
         if (phaseofvariable(g.name) == ph.pname) mine.push_back(&g);
+    if (ph.coding != 2) {
+        for (const GuessLine* g : mine)
+            for (int v = 1; v <= ph.nxv; ++v)
+                if (ph.xv[v].xname == g->name) {
+                    applyguess(ph.xv[v], *g);
+                    ph.hasguesses = true;
+                }
+        return;
+    }
     if (mine.empty()) {
-        if (ph.coding != 2) return;
         if (choice.xyzguess.empty()) bomb("setupphases", "no xyz starting guesses in scriptfile 1", 0);
         bomb("setupphases", "no xyz starting guesses for " + ph.pname, 0);
     }
@@ -147,18 +168,7 @@ void applyguesses(AxPhase& ph, const PhaseChoice& choice) {
             bomb("setupphases", "xyzguess names don't match axfile: \"" + mine[k]->name + "\" \"" +
                                     ph.xv[k + 1].xname + "\"", 0);
     if (mine.size() != static_cast<size_t>(ph.nxv)) bomb("setupphases", "xyzguess: wrong no of vars", 0);
-    for (int v = 1; v <= ph.nxv; ++v) {
-        const GuessLine& g = *mine[v - 1];
-        AxVariable& x = ph.xv[v];
-        x.guess = g.value;
-        x.sd = g.sd;
-        if (g.rangeset) {
-            if (!x.lowset || g.lo > x.rlow) x.rlow = g.lo;
-            if (!x.highset || g.hi < x.rhigh) x.rhigh = g.hi;
-            x.lowset = x.highset = true;
-            if (x.rlow > x.rhigh) bomb("setupphases", "read in lower limit > upper limit in xyz range", 0);
-        }
-    }
+    for (int v = 1; v <= ph.nxv; ++v) applyguess(ph.xv[v], *mine[v - 1]);
     ph.hasguesses = true;
 }
 
