@@ -350,6 +350,10 @@ void strictnames(const AxPhase& ph) {
     for (int j = 1; j <= ph.nem; ++j)
         if (innername(ph.propname[j], 'p') != ph.em[j].ename)
             bomb("read", "names in p name, \"" + ph.propname[j] + "\" do not match \"" + ph.em[j].ename + "\"", 0);
+    if (ph.nonideal == asymmetric)
+        for (int j = 1; j <= ph.nem; ++j)
+            if (innername(ph.aname[j], 'a') != ph.em[j].ename)
+                bomb("read", "names in a name, \"" + ph.aname[j] + "\" do not match \"" + ph.em[j].ename + "\"", 0);
     for (int g = 1; g <= ph.ngt; ++g) {
         const std::string& w = ph.wname[g];
         const size_t open = w.find('('), comma = w.find(',');

@@ -67,6 +67,14 @@ TEST(AxInteractions, StrictSyntaxMatchesNamesEitherWay) {
     b.strict = true;
     EXPECT_EQ(b.fails(edit(smallfile, "W(mu,cel) ", "W(mu,phl) ")).message,
               "names in  W name, \"W(mu,phl)\" do not match \"mu\" and \"cel\"");
+    AxRun sizes;
+    sizes.strict = true;
+    EXPECT_EQ(sizes.fails(edit(smallfile, "a(cel) ", "a(phl) ")).message,
+              "names in a name, \"a(phl)\" do not match \"cel\"");
+    AxRun p;
+    p.strict = true;
+    EXPECT_EQ(p.fails(edit(smallfile, "p(cel) ", "p(phl) ")).message,
+              "names in p name, \"p(phl)\" do not match \"cel\"");
     // Without strict syntax any word with a comma stands for the pair.
     AxRun c;
     c.read(edit(smallfile, "W(py,alm)", "anything,goes"));
