@@ -14,6 +14,7 @@
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
+#include "ax/activities.h"
 #include "ax/phases.h"
 #include "thermo/made_endmembers.h"
 
@@ -51,6 +52,7 @@ struct Run {
     DatasetFile dataset;   // thermo: the dataset file and its reading state
     MadeStore made;        // thermo: td rows of make terms
     PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
+    ActivityState activities;  // ax: calculation layout, activities and their derivatives
 };
 
 }  // namespace sm
