@@ -25,19 +25,6 @@ real multof(const ExprPool& pool, const LinForm& f, int k) {
 
 }  // namespace
 
-real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo) {
-    real sum = 0;
-    const SxTerm* sx = pool.sx.data() + e.first;
-    for (int s = 0; s < e.nsx; ++s) {
-        if (sx[s].factor == 0) continue;
-        real prod = sx[s].factor;
-        const LinForm* f = pool.form.data() + sx[s].first;
-        for (int j = 0; j < sx[s].nform; ++j) prod *= formvalue(pool, f[j], x, xo);
-        sum += prod;
-    }
-    return sum;
-}
-
 real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo) {
     real sum = 0;
     const SxTerm* sx = pool.sx.data() + e.first;
@@ -52,31 +39,6 @@ real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo) {
             for (int l = 0; l < sx[s].nform; ++l)
                 if (l != j) prod *= formvalue(pool, f[l], x, xo);
             sum += prod;
-        }
-    }
-    return sum;
-}
-
-real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad) {
-    for (int v = 1; v <= nv; ++v) grad[v] = 0;
-    real sum = 0;
-    const SxTerm* sx = pool.sx.data() + e.first;
-    for (int s = 0; s < e.nsx; ++s) {
-        if (sx[s].factor == 0) continue;
-        const LinForm* f = pool.form.data() + sx[s].first;
-        const int nf = sx[s].nform;
-        real value[maxxterms];
-        for (int j = 0; j < nf; ++j) value[j] = formvalue(pool, f[j], x, xo);
-        real prod = sx[s].factor;
-        for (int j = 0; j < nf; ++j) prod *= value[j];
-        sum += prod;
-        // Product rule: each form's terms times the other forms.
-        for (int j = 0; j < nf; ++j) {
-            real others = sx[s].factor;
-            for (int l = 0; l < nf; ++l)
-                if (l != j) others *= value[l];
-            const LinTerm* t = pool.term.data() + f[j].first;
-            for (int i = 0; i < f[j].nterm; ++i) grad[t[i].var] += others * t[i].mult;
         }
     }
     return sum;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "console/types.h"
+#include "thermo/limits.h"
 
 namespace sm {
 
@@ -59,24 +60,87 @@ struct ExprPool {
 };
 
 // Value at x; variable v of the phase is x[xo + v - 1].
-real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo);
+inline real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo);
 // Derivative by variable k of the phase at the same point.
 real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo);
 // Value, and the derivatives by all the phase's variables at once into
 // grad[1..nv] (which it clears): one pass over the products instead of one
 // per variable.
-real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad);
+inline real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad);
 
-// Single-product, single-form expressions are linear in the variables; the
-// variable limits and the solver's oblique limits come from them.
 // A product of two or more linear forms of which one is exactly zero at x.
 bool haszerofactor(const ExprPool& pool, const Expr& e, const real* x, int xo);
 
+// Single-product, single-form expressions are linear in the variables; the
+// variable limits and the solver's oblique limits come from them.
 bool islinear(const ExprPool& pool, const Expr& e);
 
 // Writes the expression as text, with the phase's variable names, for the
 // a-x information file.
 std::string exprtext(const ExprPool& pool, const Expr& e, const sstring* varnames);
 std::string rationaltext(const Rational& r);
+
+// The definitions of evalx and evalxgrad, inline: they run for every proportion
+// and site fraction at every evaluation of the equations.
+
+// Value of one linear form.
+inline real exprform(const ExprPool& pool, const LinForm& f, const real* x, int xo) {
+    real v = f.cst;
+    const LinTerm* t = pool.term.data() + f.first;
+    for (int i = 0; i < f.nterm; ++i) v += t[i].mult * x[xo + t[i].var - 1];
+    return v;
+}
+
+inline real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo) {
+    real sum = 0;
+    const SxTerm* sx = pool.sx.data() + e.first;
+    for (int s = 0; s < e.nsx; ++s) {
+        if (sx[s].factor == 0) continue;
+        real prod = sx[s].factor;
+        const LinForm* f = pool.form.data() + sx[s].first;
+        for (int j = 0; j < sx[s].nform; ++j) prod *= exprform(pool, f[j], x, xo);
+        sum += prod;
+    }
+    return sum;
+}
+
+inline real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad) {
+    for (int v = 1; v <= nv; ++v) grad[v] = 0;
+    real sum = 0;
+    const SxTerm* sx = pool.sx.data() + e.first;
+    const LinForm* forms = pool.form.data();
+    const LinTerm* terms = pool.term.data();
+    for (int s = 0; s < e.nsx; ++s) {
+        const real factor = sx[s].factor;
+        if (factor == 0) continue;
+        const LinForm* f = forms + sx[s].first;
+        const int nf = sx[s].nform;
+        if (nf == 1) {
+            // A linear form, the common case: its mults are the gradient.
+            const LinTerm* t = terms + f->first;
+            real v = f->cst;
+            for (int i = 0; i < f->nterm; ++i) {
+                v += t[i].mult * x[xo + t[i].var - 1];
+                grad[t[i].var] += factor * t[i].mult;
+            }
+            sum += factor * v;
+            continue;
+        }
+        real value[maxxterms];
+        for (int j = 0; j < nf; ++j) value[j] = exprform(pool, f[j], x, xo);
+        real prod = factor;
+        for (int j = 0; j < nf; ++j) prod *= value[j];
+        sum += prod;
+        // Product rule: each form's terms times the other forms.
+        for (int j = 0; j < nf; ++j) {
+            real others = factor;
+            for (int l = 0; l < nf; ++l)
+                if (l != j) others *= value[l];
+            const LinTerm* t = terms + f[j].first;
+            for (int i = 0; i < f[j].nterm; ++i) grad[t[i].var] += others * t[i].mult;
+        }
+    }
+    return sum;
+}
 
 }  // namespace sm

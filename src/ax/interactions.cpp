@@ -81,6 +81,19 @@ void interactionsat(Run& run, const AxPhase& ph, real P, real T, Interactions& i
         mixedfluid(run, ph, P, T, it);
     else if (ph.aqkind)
         aqueous(run, ph, P, T, it);
+    int wT = 0, wP = 0, aT = 0, aP = 0;
+    for (int g = 1; g <= ph.ngt; ++g) {
+        wT += it.wb[g] != 0;
+        wP += it.wc[g] != 0;
+    }
+    for (int e = 1; e <= ph.nem; ++e) {
+        aT += it.alb[e] != 0;
+        aP += it.alc[e] != 0;
+    }
+    it.wT = wT > 0;
+    it.wP = wP > 0;
+    it.aT = aT > 0;
+    it.aP = aP > 0;
 }
 
 }  // namespace sm

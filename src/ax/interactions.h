@@ -14,9 +14,13 @@ namespace sm {
 
 struct Run;
 
+// Left uninitialised on purpose: it is made afresh at every evaluation,
+// and only the entries of the phase's pairs and end-members are written.
 struct Interactions {
-    std::array<real, maxgterms + 1> w{}, wb{}, wc{};        // W, dW/dT, dW/dP by pair
-    std::array<real, maxemperphase + 1> al{}, alb{}, alc{};  // alpha, d/dT, d/dP by end-member
+    std::array<real, maxgterms + 1> w, wb, wc;        // W, dW/dT, dW/dP by pair
+    std::array<real, maxemperphase + 1> al, alb, alc;  // alpha, d/dT, d/dP by end-member
+    // Some W, some alpha moves with T (wT, aT) or with P (wP, aP).
+    bool wT, wP, aT, aP;
 };
 
 void interactionsat(Run& run, const AxPhase& ph, real P, real T, Interactions& it);

@@ -16,6 +16,7 @@
 #include <string>
 
 #include "ax/activities.h"
+#include "ax/explog.h"
 #include "ax/interactions.h"
 #include "ax/sf_tables.h"
 #include "console/format.h"
@@ -27,16 +28,22 @@ namespace sm {
 
 namespace {
 
-// sf^power, with the cheap forms for the common powers.
-real sfpower(real sf, real pw) {
-    if (pw == 1) return sf;
-    if (pw == 0.5L) return std::sqrt(sf);
-    if (pw >= 0 && pw <= 8 && pw == std::floor(pw)) {
-        real r = 1;
-        for (int i = static_cast<int>(pw); i > 0; --i) r *= sf;
-        return r;
+// sf^power, with the cheap forms for the common powers, told apart by the
+// power's numerator and denominator as written.
+real sfpower(real sf, const SfTerm& t) {
+    const int num = t.power.num, den = t.power.den;
+    if (den == 1 || num == den) {
+        const int q = den == 1 ? num : 1;
+        if (q == 1) return sf;
+        if (q >= 0 && q <= 8) {
+            real r = 1;
+            for (int i = q; i > 0; --i) r *= sf;
+            return r;
+        }
+    } else if (2 * num == den) {
+        return std::sqrt(sf);
     }
-    return std::exp(pw * std::log(sf));
+    return rexp(t.pw * rlog(sf));
 }
 
 [[noreturn]] void negativesf(Run& run, const AxPhase& ph, const real* x, int xo,
@@ -79,10 +86,11 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
     interactionsat(run, ph, P, T, it);
     const bool asym = ph.nonideal == asymmetric;
 
-    // phi and the pair weights B.
+    // phi and the pair weights B, also as a dense symmetric matrix.
     real phi[maxemperphase + 1], al[maxemperphase + 1];
-    real B[maxgterms + 1];
-    real Phi = 1;
+    real B[maxgterms + 1], invS[maxgterms + 1];
+    real Bm[maxemperphase + 1][maxemperphase + 1];
+    real Phi = 1, invPhi = 1;
     if (asym) {
         Phi = 0;
         for (int j = 1; j <= n; ++j) {
@@ -90,11 +98,13 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
             Phi += al[j] * out.pp[j];
         }
         if (!(Phi > 0)) bomb("calca", "size parameters give a sum <= 0 in " + ph.pname, 0);
-        for (int j = 1; j <= n; ++j) phi[j] = al[j] * out.pp[j] / Phi;
+        invPhi = 1 / Phi;
+        for (int j = 1; j <= n; ++j) phi[j] = al[j] * out.pp[j] * invPhi;
         for (int g = 1; g <= ng; ++g) {
             const real S = al[ph.gt[g][0]] + al[ph.gt[g][1]];
             if (S == 0) bomb("calca", "zero size parameters in " + ph.pname, 0);
-            B[g] = 2 * it.w[g] / S;
+            invS[g] = 1 / S;
+            B[g] = 2 * it.w[g] * invS[g];
         }
     } else {
         for (int j = 1; j <= n; ++j) {
@@ -106,11 +116,10 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
             for (int g = 1; g <= ng; ++g)
                 if (ph.gt[g][0] == 1 && solute(ph, ph.gt[g][1])) bomb("calca", "symmetric aq??", 1);
     }
-
     real u[maxemperphase + 1];
     pairproduct(ph, B, phi, u);
-    const real half = dot(phi, u, n) / 2;
-    for (int e = 1; e <= n; ++e) L[e] = al[e] * (u[e] - half);
+    const real phiu = dot(phi, u, n);
+    for (int e = 1; e <= n; ++e) L[e] = al[e] * (u[e] - phiu / 2);
     // A solute against the solvent keeps a finite coefficient at infinite
     // dilution: its pair counts with 1 + q1 q2.
     if (ph.aqkind)
@@ -118,57 +127,76 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
             if (ph.gt[g][0] == 1 && solute(ph, ph.gt[g][1])) L[ph.gt[g][1]] -= al[ph.gt[g][1]] * B[g];
 
     if (dodx) {
-        // Phi_v = sum alpha dp/dv; dphi = (alpha dp - phi Phi_v) / Phi.
-        real dphi[maxemperphase + 1], Bd[maxemperphase + 1];
+        for (int i = 1; i <= n; ++i)
+            for (int j = 1; j <= n; ++j) Bm[i][j] = 0;
+        for (int g = 1; g <= ng; ++g) {
+            const int i = ph.gt[g][0], j = ph.gt[g][1];
+            Bm[i][j] += B[g];
+            Bm[j][i] += B[g];
+        }
+        // Along variable v, with c = alpha dp/dv (a few end-members only):
+        // B dphi = (B c - Phi_v u) / Phi and dphi.u = (c.u - Phi_v phi.u) / Phi.
         for (int v = 1; v <= nv; ++v) {
-            if (asym) {
-                real Phiv = 0;
-                for (int j = 1; j <= n; ++j) Phiv += al[j] * out.dpdx[j][v];
-                for (int j = 1; j <= n; ++j) dphi[j] = (al[j] * out.dpdx[j][v] - phi[j] * Phiv) / Phi;
-            } else {
-                for (int j = 1; j <= n; ++j) dphi[j] = out.dpdx[j][v];
+            real y[maxemperphase + 1];
+            for (int e = 1; e <= n; ++e) y[e] = 0;
+            real Phiv = 0, cu = 0;
+            for (int j = 1; j <= n; ++j) {
+                const real dp = out.dpdx[j][v];
+                if (dp == 0) continue;
+                const real c = al[j] * dp;
+                Phiv += c;
+                cu += c * u[j];
+                for (int e = 1; e <= n; ++e) y[e] += c * Bm[e][j];
             }
-            pairproduct(ph, B, dphi, Bd);
-            const real s = dot(dphi, u, n);
-            for (int e = 1; e <= n; ++e) out.dlnadx[e][v] += al[e] * (Bd[e] - s);
+            if (asym) {
+                const real shift = Phiv * phiu - cu;
+                for (int e = 1; e <= n; ++e)
+                    out.dlnadx[e][v] += al[e] * invPhi * (y[e] - Phiv * u[e] + shift);
+            } else {
+                for (int e = 1; e <= n; ++e) out.dlnadx[e][v] += y[e] - cu;
+            }
         }
     }
 
     if (doTP) {
-        // For each of T and P: the weights' slopes BT, the slope of phi, and
-        // then d(alpha h)/dT = alpha' h + alpha (BT phi - phi.BT phi/2 + B dphi - dphi.u).
+        // For each of T and P: the slopes of the weights BT and of phi, and
+        // d(alpha h)/dT = alpha' h + alpha (BT phi - phi.BT phi/2 + B dphi - dphi.u).
         for (int which = 0; which < 2; ++which) {
             const real* wslope = which == 0 ? it.wb.data() : it.wc.data();
             const real* aslope = which == 0 ? it.alb.data() : it.alc.data();
-            real BT[maxgterms + 1], dphi[maxemperphase + 1], uT[maxemperphase + 1],
-                Bd[maxemperphase + 1];
-            if (asym) {
-                real PhiT = 0;
-                for (int j = 1; j <= n; ++j) PhiT += aslope[j] * out.pp[j];
-                for (int j = 1; j <= n; ++j) dphi[j] = (out.pp[j] * aslope[j] - phi[j] * PhiT) / Phi;
-                for (int g = 1; g <= ng; ++g) {
-                    const int i = ph.gt[g][0], j = ph.gt[g][1];
-                    const real S = al[i] + al[j];
-                    BT[g] = 2 * wslope[g] / S - B[g] * (aslope[i] + aslope[j]) / S;
-                }
-            } else {
-                for (int j = 1; j <= n; ++j) dphi[j] = 0;
-                for (int g = 1; g <= ng; ++g) BT[g] = wslope[g];
+            const bool wmoves = which == 0 ? it.wT : it.wP;
+            const bool amoves = asym && (which == 0 ? it.aT : it.aP);
+            if (!wmoves && !amoves) continue;
+            real* d = which == 0 ? out.dlnadT.data() : out.dlnadP.data();
+            real BT[maxgterms + 1], uT[maxemperphase + 1];
+            if (!asym) {
+                pairproduct(ph, wslope, phi, uT);
+                const real halfT = dot(phi, uT, n) / 2;
+                for (int e = 1; e <= n; ++e) d[e] += uT[e] - halfT;
+                continue;
+            }
+            for (int g = 1; g <= ng; ++g) {
+                const int i = ph.gt[g][0], j = ph.gt[g][1];
+                BT[g] = (2 * wslope[g] - B[g] * (aslope[i] + aslope[j])) * invS[g];
             }
             pairproduct(ph, BT, phi, uT);
-            pairproduct(ph, B, dphi, Bd);
             const real halfT = dot(phi, uT, n) / 2;
-            const real s = dot(dphi, u, n);
-            real* d = which == 0 ? out.dlnadT.data() : out.dlnadP.data();
-            for (int e = 1; e <= n; ++e) {
-                const real da = asym ? aslope[e] : 0;
-                d[e] += da * (u[e] - half) + al[e] * (uT[e] - halfT + Bd[e] - s);
+            real Bd[maxemperphase + 1], s = 0;
+            for (int e = 1; e <= n; ++e) Bd[e] = 0;
+            if (amoves) {
+                real PhiT = 0;
+                for (int j = 1; j <= n; ++j) PhiT += aslope[j] * out.pp[j];
+                real dphi[maxemperphase + 1];
+                for (int j = 1; j <= n; ++j) dphi[j] = (out.pp[j] * aslope[j] - phi[j] * PhiT) * invPhi;
+                pairproduct(ph, B, dphi, Bd);
+                s = dot(dphi, u, n);
             }
+            for (int e = 1; e <= n; ++e)
+                d[e] += aslope[e] * (u[e] - phiu / 2) + al[e] * (uT[e] - halfT + Bd[e] - s);
             if (ph.aqkind)
                 for (int g = 1; g <= ng; ++g) {
                     const int e = ph.gt[g][1];
-                    if (ph.gt[g][0] == 1 && solute(ph, e))
-                        d[e] -= (asym ? aslope[e] : 0) * B[g] + al[e] * BT[g];
+                    if (ph.gt[g][0] == 1 && solute(ph, e)) d[e] -= aslope[e] * B[g] + al[e] * BT[g];
                 }
         }
     }
@@ -194,6 +222,15 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
         out.pp[j] = dodx ? evalxgrad(ph.pool, ph.pexpr[j], x, xo, nv, out.dpdx[j].data())
                          : evalx(ph.pool, ph.pexpr[j], x, xo);
 
+    // RT d ln sf / dx, once for every site fraction.
+    real dlnsf[maxsfvars + 1][maxnxv + 1];
+    if (dodx)
+        for (int s = 1; s <= ns; ++s) {
+            if (!(out.sf[s] > 0)) continue;  // stops below if any end-member uses it
+            const real inv = RT / out.sf[s];
+            for (int v = 1; v <= nv; ++v) dlnsf[s][v] = dsf[s][v] * inv;
+        }
+
     // Ideal mixing.
     for (int e = 1; e <= n; ++e) {
         const AxEndMember& em = ph.em[e];
@@ -201,21 +238,20 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
         for (int t = 1; t <= em.nterm; ++t) {
             const real sf = out.sf[em.sfterm[t].sf];
             if (!(sf > 0)) negativesf(run, ph, x, xo, out, e, t);
-            m *= sfpower(sf, em.sfterm[t].pw);
+            m *= sfpower(sf, em.sfterm[t]);
         }
         if (!(m > 0)) bomb("calca", "ln <= 0", 1);
         out.aid[e] = m;
-        if (dodx)
+        if (dodx) {
+            const int nt = em.nterm;
             for (int v = 1; v <= nv; ++v) {
-                real t = 0;
-                for (int i = 1; i <= em.nterm; ++i) {
-                    const int s = em.sfterm[i].sf;
-                    t += em.sfterm[i].pw * dsf[s][v] / out.sf[s];
-                }
-                out.dlnadx[e][v] = RT * t;
+                real d = 0;
+                for (int t = 1; t <= nt; ++t) d += em.sfterm[t].pw * dlnsf[em.sfterm[t].sf][v];
+                out.dlnadx[e][v] = d;
             }
+        }
         if (doTP) {
-            out.dlnadT[e] = Rgas * std::log(m);
+            out.dlnadT[e] = Rgas * rlog(m);
             out.dlnadP[e] = 0;
         }
     }
@@ -225,9 +261,10 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
         for (int e = 1; e <= n; ++e) L[e] = 0;
     else
         nonideal(run, ph, doTP, dodx, P, T, out, L);
+    const real invRT = 1 / RT;
     for (int e = 1; e <= n; ++e) {
         out.rtlngam[e] = L[e];
-        out.gam[e] = std::exp(L[e] / RT);
+        out.gam[e] = L[e] == 0 ? 1 : rexp(L[e] * invRT);
         out.aa[e] = out.aid[e] * out.gam[e];
     }
 }
