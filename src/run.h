@@ -10,6 +10,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "reactions/reactionstore.h"
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
@@ -45,6 +46,7 @@ struct Run {
     EndMemberStore store;  // thermo
     SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
     DatasetFile dataset;   // thermo: the dataset file and its reading state
+    ReactionStore reactions;  // reactions: the store of reactions and what the search learns
 };
 
 }  // namespace sm
