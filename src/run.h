@@ -11,6 +11,7 @@
 #include "console/runfiles.h"
 #include "console/types.h"
 #include "reactions/reactionstore.h"
+#include "script/store.h"
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
@@ -44,6 +45,7 @@ struct Run {
 
     // Subsystem state, each owned by its subsystem's header.
     EndMemberStore store;  // thermo
+    ScriptStore script;    // what the scriptfile says, and the windows it sets
     SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
     DatasetFile dataset;   // thermo: the dataset file and its reading state
     ReactionStore reactions;  // reactions: the store of reactions and what the search learns
