@@ -106,6 +106,11 @@ struct ReactionStore {
     // axis shows for it (0 and empty without such an axis).
     int axisem = 0;
     sstring axisdisplayname;
+    real axisS0 = 0;  // the axis end-member's own entropy, before any ln a
+
+    // The calculation window put aside while roots are sought in a larger
+    // one, by axis (0 P, 1 T).
+    std::array<real, 2> savedlo{}, savedhi{};
 
     // Clears the store and the search state; the exclusions stay.
     void clearreactions();
