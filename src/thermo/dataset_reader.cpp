@@ -260,20 +260,31 @@ void firststage(Run& run, const std::string& path) {
     readlabel(run);
 }
 
-// The chemistry of the wanted entries into their td rows.
-void chemistrypass(Run& run) {
+// Walks the entries from the first, skipping unwanted ones by their line
+// count, and hands each wanted one to `use` with its name line read; `use`
+// leaves the file at the start of the next entry.
+template <typename Use>
+void walkwanted(Run& run, const char* where, const char* ellcontext, Use use) {
     DatasetFile& ds = run.dataset;
-    EndMemberStore& s = run.store;
     rewindtoentries(ds);
     WordList w;
     NameLine nl;
-    for (int i = 1; i <= s.ntp; ++i) {
+    for (int i = 1; i <= run.store.ntp; ++i) {
         if (!ds.wanted[i]) {
             skiplines(ds.file, ds.entrylines);
             continue;
         }
-        readnameline(run, i, w, "readthermo");
-        parsenameline(w, s.dsmode, "ell 1", "readthermo", nl);
+        readnameline(run, i, w, where);
+        parsenameline(w, run.store.dsmode, ellcontext, where, nl);
+        use(i, w, nl);
+    }
+}
+
+// The chemistry of the wanted entries into their td rows.
+void chemistrypass(Run& run) {
+    DatasetFile& ds = run.dataset;
+    EndMemberStore& s = run.store;
+    walkwanted(run, "readthermo", "ell 1", [&](int i, const WordList&, const NameLine& nl) {
         for (int a = 1; a <= ds.nrows[i]; ++a) {
             const int row = ds.rows[i][a];
             s.nsites[row] = nl.nsite;
@@ -283,7 +294,7 @@ void chemistrypass(Run& run) {
             s.natoms[row] = nl.natoms;
         }
         skiplines(ds.file, ds.entrylines - 1);
-    }
+    });
 }
 
 bool ismeltname(const sstring& name) { return !name.empty() && name.back() == 'L'; }
@@ -418,20 +429,11 @@ void datapass(Run& run) {
     DatasetFile& ds = run.dataset;
     EndMemberStore& s = run.store;
     for (auto& row : s.td) row.fill(0);
-    rewindtoentries(ds);
-    WordList w;
-    NameLine nl;
-    for (int i = 1; i <= s.ntp; ++i) {
-        if (!ds.wanted[i]) {
-            skiplines(ds.file, ds.entrylines);
-            continue;
-        }
-        readnameline(run, i, w, "texthermoread");
-        parsenameline(w, s.dsmode, "ell 2", "texthermoread", nl);
+    walkwanted(run, "texthermoread", "ell 2", [&](int i, const WordList& w, const NameLine& nl) {
         TdRow& t = s.td[ds.rows[i][1]];
         readentry(run, i, w, nl, t);
         for (int a = 2; a <= ds.nrows[i]; ++a) s.td[ds.rows[i][a]] = t;
-    }
+    });
 }
 
 }  // namespace
@@ -490,6 +492,7 @@ void texthermoread(Run& run) {
     makep(run);
     datapass(run);
     covariancepass(run, true);
+    printdatasetsummary(run, run.script.control.debuglevel);
 }
 
 void readthermo(Run& run, int stage) {

@@ -2,6 +2,7 @@
 
 #include "thermo/constants.h"
 #include "thermo/energy_terms.h"
+#include "thermo/realmath.h"
 
 namespace sm {
 
@@ -88,8 +89,8 @@ real volumeratio(const Einstein& p, std::string_view name, real P, real T, const
         real f, fprime;
         if (!cx.ggk) {
             const real base = (v - 1) / p.a + 1;
-            f = Pr + q / v + (std::pow(base, -1 / p.c) - 1) / p.b;
-            fprime = -q / (v * v) - p.k0 * std::pow(base, -1 / p.c - 1);
+            f = Pr + q / v + (realpow(base, -1 / p.c) - 1) / p.b;
+            fprime = -q / (v * v) - p.k0 * realpow(base, -1 / p.c - 1);
         } else {
             f = Pr + q / v - p.k0 * ggkint(v - 1, p.kappa, cx.ggkfallbacks);
             fprime = -q / (v * v) - p.k0 * std::exp((1 - v) * p.kappa) / v;
@@ -144,7 +145,7 @@ real einsteinvdp(const TdRow& row, std::string_view name, real P, real T, const 
         const real power = 1 - 1 / p.c;
         return p.V * ((v1 - v0) / p.b + (P - Pr) * v1 - Pth * std::log(v1 / v0) +
                       (p.a * p.c / (p.b * (1 - p.c))) *
-                          (std::pow((v1 - 1) / p.a + 1, power) - std::pow((v0 - 1) / p.a + 1, power)));
+                          (realpow((v1 - 1) / p.a + 1, power) - realpow((v0 - 1) / p.a + 1, power)));
     }
     const real k = p.kappa;
     return p.V * ((P - Pr) * v1 - Pth * std::log(v1 / v0) +
@@ -153,15 +154,20 @@ real einsteinvdp(const TdRow& row, std::string_view name, real P, real T, const 
                   p.k0 * v0 * ggkint(v0 - 1, k, cx.ggkfallbacks));
 }
 
+int einsteinsimpsonintervals(real T) {
+    int N = static_cast<int>(std::lround((T - Tr) / 20));
+    if (N > 140) N = 138;
+    if (N < 3) N = 4;
+    if (N % 2 != 0) ++N;
+    return N;
+}
+
 namespace {
 
 // The heat capacity gained at 1 bar because the thermal pressure expands the
 // solid (Cp - Cv), integrated as G = H - T S by Simpson's rule.
 real thermalbysimpson(const Einstein& p, std::string_view name, real T, const GemContext& cx) {
-    int N = static_cast<int>(std::lround((T - Tr) / 20));
-    if (N > 140) N = 138;
-    if (N < 3) N = 4;
-    if (N % 2 != 0) ++N;
+    const int N = einsteinsimpsonintervals(T);
     const real h = (T - Tr) / N;
     const real inveu0 = 1 / (p.eu0 - 1);
     real sum = 0;
@@ -172,7 +178,7 @@ real thermalbysimpson(const Einstein& p, std::string_view name, real T, const Ge
         const real ex = std::exp(x);
         const real xi = x * x * ex / ((ex - 1) * (ex - 1));
         const real q = p.theta * p.pc * (1 / (ex - 1) - inveu0);
-        const real D = !cx.ggk ? p.k0 * v * v * std::pow((v - 1) / p.a + 1, -1 - 1 / p.c)
+        const real D = !cx.ggk ? p.k0 * v * v * realpow((v - 1) / p.a + 1, -1 - 1 / p.c)
                                : p.k0 * v * std::exp((1 - v) * p.kappa);
         const real f = (1 - T / s) * p.V * s * (xi * p.pc) * (xi * p.pc) / (D + q);
         const real weight = (k == 0 || k == N) ? 1 : (k % 2 == 1 ? 4 : 2);
@@ -188,20 +194,19 @@ real thermalbyseries(const Einstein& p, real T) {
     auto I = [&](int m) -> real {
         if (m == 0) return (T - Tr) - T * logT;
         if (m == -1) return logT - T * (invTr - 1 / T);
-        return (std::pow(T, m + 1) - std::pow(Tr, m + 1)) / (m + 1) -
-               T * (std::pow(T, m) - std::pow(Tr, m)) / m;
+        return (intpow(T, m + 1) - intpow(Tr, m + 1)) / (m + 1) - T * (intpow(T, m) - intpow(Tr, m)) / m;
     };
     const real th = p.theta, th2 = th * th;
     const real A = p.pc * p.pc * p.V / p.k0;
     real cw[9];
     cw[1] = A;
     cw[2] = -A * th2 / 6;
-    cw[3] = 0.0152777778L * A * std::pow(th, 4);
-    cw[4] = -0.00102513228L * A * std::pow(th, 6);
-    cw[5] = 5.64925044e-05L * A * std::pow(th, 8);
-    cw[6] = -2.71815376e-06L * A * std::pow(th, 10);
-    cw[7] = 1.18504273e-07L * A * std::pow(th, 12);
-    cw[8] = -4.79617364e-09L * A * std::pow(th, 14);
+    cw[3] = 0.0152777778L * A * intpow(th, 4);
+    cw[4] = -0.00102513228L * A * intpow(th, 6);
+    cw[5] = 5.64925044e-05L * A * intpow(th, 8);
+    cw[6] = -2.71815376e-06L * A * intpow(th, 10);
+    cw[7] = 1.18504273e-07L * A * intpow(th, 12);
+    cw[8] = -4.79617364e-09L * A * intpow(th, 14);
 
     const real t9 = cw[6] * I(-9), t11 = cw[7] * I(-11), t13 = cw[8] * I(-13);
     real B0 = cw[1] * I(1) + cw[2] * I(-1) + cw[3] * I(-3) + cw[4] * I(-5) + cw[5] * I(-7) + t9 +

@@ -30,6 +30,8 @@ real einsteinvdp(const TdRow& row, std::string_view name, real P, real T, const 
 // The volume ratio V/V0 at P, T, and the integral behind the alternative form.
 real einsteinv(const TdRow& row, std::string_view name, real P, real T, const GemContext& cx);
 real ggkint(real x, real y, long long* fallbacks);
+// Intervals of the Simpson rule for the thermal-pressure term from Tr to T.
+int einsteinsimpsonintervals(real T);
 
 // Order terms.
 real landaugord(const TdRow& row, std::string_view name, real P, real T, int dsmode);

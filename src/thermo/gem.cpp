@@ -63,12 +63,12 @@ GemContext gemcontext(Run& run) {
     GemContext cx;
     cx.dsmode = s.dsmode;
     cx.newds = s.newds;
-    cx.fluidtype = s.fluidtype;
+    cx.fluidtype = run.script.win.fluidtype;
     cx.crdterm = run.calcmode != 1 && run.calcmode != 9;
     cx.regression = run.calcmode == 9;
-    cx.numerical = s.numerical;
+    cx.numerical = run.script.control.numerical;
     cx.ggk = s.ggk;
-    cx.printlevel = s.printlevel;
+    cx.printlevel = run.solver.printlevel;
     cx.io = &run.io;
     cx.ggkfallbacks = &run.store.ggkfallbacks;
     return cx;

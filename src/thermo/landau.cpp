@@ -2,6 +2,7 @@
 
 #include "thermo/constants.h"
 #include "thermo/energy_terms.h"
+#include "thermo/realmath.h"
 
 namespace sm {
 
@@ -21,7 +22,7 @@ real landaugord(const TdRow& row, std::string_view name, real P, real T, int dsm
         oldvolumeat(row, T, kT, Vt);
         const real Vtratio = Vt / row[tdV];
         H = Smax * (Q0 * Tc * (1 - Q0 * Q0 / 3) - Q * Tcp * (1 - Q * Q / 3)) +
-            Vmax * kT * Vtratio * Q0 * (std::pow(1 + kprime * P / kT, 1 - 1 / kprime) - 1) /
+            Vmax * kT * Vtratio * Q0 * (realpow(1 + kprime * P / kT, 1 - 1 / kprime) - 1) /
                 (kprime - 1);
     } else {
         if (T <= Tcp) Q = std::sqrt((Tcp - T) / Tc);

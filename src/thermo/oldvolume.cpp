@@ -2,6 +2,7 @@
 
 #include "thermo/constants.h"
 #include "thermo/energy_terms.h"
+#include "thermo/realmath.h"
 
 namespace sm {
 
@@ -17,9 +18,9 @@ real oldvdp(const TdRow& row, real P, real T) {
     const real kprime = row[12];
     real kT, Vt;
     oldvolumeat(row, T, kT, Vt);
-    return kT * Vt * std::pow(1 + kprime * Pr / kT, 1 / kprime) *
-           (std::pow(1 + kprime * P / kT, 1 - 1 / kprime) -
-            std::pow(1 + kprime * Pr / kT, 1 - 1 / kprime)) /
+    return kT * Vt * realpow(1 + kprime * Pr / kT, 1 / kprime) *
+           (realpow(1 + kprime * P / kT, 1 - 1 / kprime) -
+            realpow(1 + kprime * Pr / kT, 1 - 1 / kprime)) /
            (kprime - 1);
 }
 

@@ -72,10 +72,10 @@ struct EndMemberStore {
     int dsmode = 0;
     bool newds = false;
     int npss = 0, nmin = 0, nph = 0;
-    int fluidtype = 0;
-    bool numerical = false;
+    // The alternative Einstein-thermal equation of state. (The fluid type, the
+    // script's "numerical" and the print level that the energies read belong
+    // to the script and the solver.)
     bool ggk = false;
-    int printlevel = 1;  // the calculation's print level, set by the run's set-up
 
     // Rows of the end-members that the fluid and reaction terms look for by
     // name (0 when the run has none), found by findspecialrows.

@@ -4,6 +4,7 @@
 #include "console/io.h"
 #include "thermo/constants.h"
 #include "thermo/energy_terms.h"
+#include "thermo/realmath.h"
 
 namespace sm {
 
@@ -30,11 +31,11 @@ real taitvdp(const TdRow& row, std::string_view name, real P, real T, bool melt,
         b = (kappa + kappa * kappa - k0 * kappa2) / (k0 * (1 + kappa));
         c = (1 + kappa + k0 * kappa2) / (kappa + kappa * kappa - k0 * kappa2);
     }
-    const real N = (1 - a) + a * std::pow(1 + b * Pr, -c);
+    const real N = (1 - a) + a * realpow(1 + b * Pr, -c);
     if (melt) {
         return V * std::exp(row[tdalpha] * (T - Tr)) *
                ((1 - a) * (P - Pr) +
-                a * (std::pow(1 + b * Pr, 1 - c) - std::pow(1 + b * P, 1 - c)) / (b * (c - 1))) /
+                a * (realpow(1 + b * Pr, 1 - c) - realpow(1 + b * P, 1 - c)) / (b * (c - 1))) /
                N;
     }
     const real theta = row[tdtheta];
@@ -60,7 +61,7 @@ real taitvdp(const TdRow& row, std::string_view name, real P, real T, bool melt,
     }
     return V *
            ((1 - a) * (P - Pr) +
-            a * (std::pow(1 + b * (Pr - Pth), 1 - c) - std::pow(1 + b * (P - Pth), 1 - c)) /
+            a * (realpow(1 + b * (Pr - Pth), 1 - c) - realpow(1 + b * (P - Pth), 1 - c)) /
                 (b * (c - 1))) /
            N;
 }

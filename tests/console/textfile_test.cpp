@@ -1,25 +1,21 @@
 // Line and free-format reading of text files.
 #include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
 
 #include "console/textfile.h"
+#include "testutil.h"
 
 namespace sm {
 namespace {
 
-std::string scratch(const std::string& text) {
-    const auto path = std::filesystem::temp_directory_path() /
-                      ("sm-textfile-test-" + std::to_string(::getpid()) + ".txt");
-    std::ofstream(path, std::ios::binary) << text;
-    return path.string();
+std::string scratch(const smtest::ScratchDir& dir, const std::string& text) {
+    dir.write("text.txt", text);
+    return "text.txt";
 }
 
 TEST(TextFile, NumbersRunOnAcrossLines) {
+    smtest::ScratchDir dir;
     TextFile f;
-    ASSERT_TRUE(f.open(scratch("name 1 2\r\n  3\t4\n\n5\xCA" "6 7\nnext line\nlast")));
+    ASSERT_TRUE(f.open(scratch(dir, "name 1 2\r\n  3\t4\n\n5\xCA" "6 7\nnext line\nlast")));
     std::string line;
     ASSERT_TRUE(f.getline(line));
     EXPECT_EQ(line, "name 1 2");
@@ -50,8 +46,9 @@ TEST(TextFile, NumbersRunOnAcrossLines) {
 }
 
 TEST(TextFile, RestOfALineAfterATokenIsReadByGetline) {
+    smtest::ScratchDir dir;
     TextFile f;
-    ASSERT_TRUE(f.open(scratch("1 2 rest\nnext")));
+    ASSERT_TRUE(f.open(scratch(dir, "1 2 rest\nnext")));
     std::string_view tok;
     ASSERT_TRUE(f.nexttoken(tok));
     std::string line;

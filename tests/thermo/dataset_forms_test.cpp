@@ -22,6 +22,7 @@ std::string tail(int n) {
 const char* const header10 = "don't fiddle with the numbers: you'll BREAK the dataset...";
 
 TEST(DatasetForms, NewestFormWithEinsteinAndAqueousRows) {
+    smtest::ScratchDir dir;
     std::string text = std::string("7  7    ") + header10 + "\n  \n";
     // Einstein (eos 3): H S V cpa cpb theta, then alpha k0 k0p k0pp
     text += "ein   MgO   2  5 1  10 1  0\n  3  -600  0.027  1.125\n  0.0605  -4e-7  476\n  3.1e-05  1616  3.95  -0.0024443\n\n";
@@ -38,7 +39,7 @@ TEST(DatasetForms, NewestFormWithEinsteinAndAqueousRows) {
     text += "hard  SiO2  2  1 1  10 2  0\n  0  -1  0.0003  1\n  0  0  0  0\n  0  100  4\n\n";
     text += tail(7);
     TestRun t;
-    ASSERT_EQ(stopof([&] { readdataset(t.run, writescratch("sm-ds7z.txt", text)); }), "");
+    ASSERT_EQ(stopof([&] { readdataset(t.run, put(dir, "sm-ds7z.txt", text)); }), "");
     const EndMemberStore& s = t.run.store;
     EXPECT_EQ(s.dsmode, 7);
     EXPECT_TRUE(s.newds);
@@ -72,7 +73,7 @@ TEST(DatasetForms, NewestFormWithEinsteinAndAqueousRows) {
     std::string bad = text;
     bad.replace(bad.find("-0.0024443"), 10, "-0.0030000");
     TestRun u;
-    EXPECT_EQ(stopof([&] { readdataset(u.run, writescratch("sm-ds7z.txt", bad)); }),
+    EXPECT_EQ(stopof([&] { readdataset(u.run, put(dir, "sm-ds7z.txt", bad)); }),
               "texthermoread : k0pp not regularised?");
 }
 
@@ -99,8 +100,9 @@ std::string fifthgeneration(int ntp) {
 }
 
 TEST(DatasetForms, FifthGeneration) {
+    smtest::ScratchDir dir;
     TestRun t;
-    readdataset(t.run, writescratch("sm-ds5z.txt", fifthgeneration(51)));
+    readdataset(t.run, put(dir, "sm-ds5z.txt", fifthgeneration(51)));
     const EndMemberStore& s = t.run.store;
     EXPECT_EQ(s.dsmode, 5);
     EXPECT_FALSE(s.newds);
@@ -123,7 +125,7 @@ TEST(DatasetForms, FifthGeneration) {
 
     // 191 also selects this form; 50 does not
     TestRun u;
-    readdataset(u.run, writescratch("sm-ds5z.txt", fifthgeneration(191)));
+    readdataset(u.run, put(dir, "sm-ds5z.txt", fifthgeneration(191)));
     EXPECT_EQ(u.run.store.dsmode, 5);
 }
 
@@ -138,8 +140,9 @@ std::string oldestform(int ntp = 190) {
 }
 
 TEST(DatasetForms, OldestForm) {
+    smtest::ScratchDir dir;
     TestRun t;
-    readdataset(t.run, writescratch("sm-ds5y.txt", oldestform()));
+    readdataset(t.run, put(dir, "sm-ds5y.txt", oldestform()));
     const EndMemberStore& s = t.run.store;
     EXPECT_EQ(s.dsmode, -1);
     const TdRow& ol = s.td[1];
@@ -162,15 +165,16 @@ TEST(DatasetForms, OldestForm) {
     shortline.replace(shortline.find(" 0.09 1e-6"), 10, "");
     shortline.replace(shortline.find("  1  847"), 22, "");
     TestRun u;
-    EXPECT_EQ(stopof([&] { readdataset(u.run, writescratch("sm-ds5y.txt", shortline)); }),
+    EXPECT_EQ(stopof([&] { readdataset(u.run, put(dir, "sm-ds5y.txt", shortline)); }),
               "readthermo : insufficient info on 2nd line");
     TestRun v;
     v.run.calcmode = 9;
-    EXPECT_EQ(stopof([&] { setuptextread(v.run, writescratch("sm-ds5y.txt", oldestform())); }),
+    EXPECT_EQ(stopof([&] { setuptextread(v.run, put(dir, "sm-ds5y.txt", oldestform())); }),
               "thermo read : old calib not implemented");
 }
 
 TEST(DatasetForms, EntryCountLimit) {
+    smtest::ScratchDir dir;
     // 320 entries are accepted, 321 are not
     auto make = [](int n) {
         std::string text = "6  " + std::to_string(n) + "    " + header10 + "\n  \n";
@@ -179,18 +183,19 @@ TEST(DatasetForms, EntryCountLimit) {
         return text + tail(n);
     };
     TestRun t;
-    EXPECT_EQ(stopof([&] { setuptextread(t.run, writescratch("sm-ds6z.txt", make(320))); }), "");
+    EXPECT_EQ(stopof([&] { setuptextread(t.run, put(dir, "sm-ds6z.txt", make(320))); }), "");
     EXPECT_EQ(t.run.store.ntp, 320);
     TestRun u;
-    EXPECT_EQ(stopof([&] { setuptextread(u.run, writescratch("sm-ds6z.txt", make(321))); }),
+    EXPECT_EQ(stopof([&] { setuptextread(u.run, put(dir, "sm-ds6z.txt", make(321))); }),
               "setuptextread : too many end-members");
 }
 
 TEST(DatasetForms, SummaryInTheLog) {
+    smtest::ScratchDir dir;
     TestRun t;
-    const std::string logname = writescratch("sm-log-summary.txt", "");
+    const std::string logname = put(dir, "sm-log-summary.txt", "");
     openchannel(t.run.io, 3, logname);
-    readdataset(t.run, datapath("sm-ds6a.txt"), {"fo", "q", "sp", "H2O", "CO2", "h2oL", "hem"});
+    readdataset(t.run, datafile("sm-ds6a.txt"), {"fo", "q", "sp", "H2O", "CO2", "h2oL", "hem"});
     printdatasetsummary(t.run, 1);
     flushfiles(t.run.io);
     EXPECT_EQ(readtext(logname), "");
@@ -205,6 +210,15 @@ TEST(DatasetForms, SummaryInTheLog) {
         << log;
     EXPECT_NE(log.find("components (7): H2O CO2 SiO2 Al2O3 MgO FeO O\n"), std::string::npos) << log;
     EXPECT_EQ(t.console.output.find("eos"), std::string::npos);
+
+    // the data reading itself writes it at the script's debuglevel
+    TestRun u;
+    u.run.script.control.debuglevel = 3;
+    const std::string logname2 = put(dir, "sm-log-summary2.txt", "");
+    openchannel(u.run.io, 3, logname2);
+    readdataset(u.run, datafile("sm-ds6a.txt"), {"fo", "q"});
+    flushfiles(u.run.io);
+    EXPECT_NE(readtext(logname2).find("components (2): SiO2 MgO\n"), std::string::npos);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class ShippedDataset : public ::testing::TestWithParam<std::pair<const char*, in
 TEST_P(ShippedDataset, EveryEntryInItsFields) {
     const auto [file, ntp] = GetParam();
     TestRun t;
-    readdataset(t.run, datapath(file));
+    readdataset(t.run, datafile(file));
     const EndMemberStore& s = t.run.store;
     ASSERT_EQ(s.ntp, ntp);
     EXPECT_EQ(s.dsmode, 6);
@@ -43,7 +43,7 @@ TEST_P(ShippedDataset, EveryEntryInItsFields) {
               std::string(file) + ": end-member values from the published literature, set " +
                   (ntp == 230 ? "a" : "b"));
 
-    const auto lines = splitlines(readtext(datapath(file)));
+    const auto lines = splitlines(readtext(datafile(file)));
     for (int i = 1; i <= ntp; ++i) {
         const size_t at = 2 + 5 * static_cast<size_t>(i - 1);
         const auto head = words(lines[at]);
@@ -151,7 +151,7 @@ TEST(DatasetReader, HandPickedRows) {
         if (loaded != c.file) {
             runs.push_back(std::make_unique<TestRun>());
             t = runs.back().get();
-            readdataset(t->run, datapath(c.file));
+            readdataset(t->run, datafile(c.file));
             loaded = c.file;
         }
         const int row = rowof(t->run, c.name);
@@ -164,7 +164,7 @@ TEST(DatasetReader, HandPickedRows) {
 // A few end-members out of file order: rows follow emname, other rows stay 0.
 TEST(DatasetReader, WantedRowsOnly) {
     TestRun t;
-    readdataset(t.run, datapath("sm-ds6a.txt"), {"q", "H2O", "fo"});
+    readdataset(t.run, datafile("sm-ds6a.txt"), {"q", "H2O", "fo"});
     const EndMemberStore& s = t.run.store;
     EXPECT_EQ(s.nem, 3);
     expectnear(s.td[1][tdH], -910.72L, "q");
@@ -182,7 +182,7 @@ TEST(DatasetReader, WantedRowsOnly) {
 // The same name twice in the list (as after a made end-member) feeds two rows.
 TEST(DatasetReader, OneEntryFeedsSeveralRows) {
     TestRun t;
-    readdataset(t.run, datapath("sm-ds6a.txt"), {"fo", "q", "fo"});
+    readdataset(t.run, datafile("sm-ds6a.txt"), {"fo", "q", "fo"});
     const EndMemberStore& s = t.run.store;
     EXPECT_EQ(s.td[1], s.td[3]);
     EXPECT_EQ(s.natoms[3], 7);
@@ -192,7 +192,7 @@ TEST(DatasetReader, OneEntryFeedsSeveralRows) {
 
 TEST(DatasetReader, TooManyEndMembersOfTheRun) {
     TestRun t;
-    setuptextread(t.run, datapath("sm-ds6a.txt"));
+    setuptextread(t.run, datafile("sm-ds6a.txt"));
     std::vector<sstring> names(400, "fo");
     names.resize(401, "fo");
     EXPECT_EQ(stopof([&] { setemname(t.run.store, names); }), "makename : too many end-members");
@@ -202,7 +202,8 @@ TEST(DatasetReader, TooManyEndMembersOfTheRun) {
 
 // Damaged copies of sm-ds6a.txt, each read with all its names wanted.
 TEST(DatasetReader, DamagedFiles) {
-    const auto good = splitlines(readtext(datapath("sm-ds6a.txt")));
+    smtest::ScratchDir dir;
+    const auto good = splitlines(readtext(datafile("sm-ds6a.txt")));
     auto edit = [&](std::function<void(std::vector<std::string>&)> change) {
         auto lines = good;
         change(lines);
@@ -279,7 +280,7 @@ TEST(DatasetReader, DamagedFiles) {
          "reading : expecting a single (1); got: two - oxno"},
     };
     for (const Case& c : cases) {
-        const std::string path = writescratch(c.filename, joinlines(c.lines));
+        const std::string path = put(dir, c.filename, joinlines(c.lines));
         TestRun t;
         EXPECT_EQ(stopof([&] { readdataset(t.run, path); }), c.stop) << c.what;
     }
@@ -294,11 +295,9 @@ TEST(DatasetReader, MissingFile) {
 }
 
 TEST(DatasetReader, NameFromThePrefs) {
+    smtest::ScratchDir dir;
     // "6a" and "ds6a" both name sm-ds6a.txt in the working folder.
-    const std::string text = readtext(datapath("sm-ds6a.txt"));
-    const std::string path = writescratch("sm-ds6a.txt", text);
-    const auto old = std::filesystem::current_path();
-    std::filesystem::current_path(std::filesystem::path(path).parent_path());
+    put(dir, "sm-ds6a.txt", readtext(datafile("sm-ds6a.txt")));
     for (const char* suffix : {"6a", "ds6a"}) {
         TestRun t;
         t.run.prefs.dssuffix = suffix;
@@ -310,7 +309,6 @@ TEST(DatasetReader, NameFromThePrefs) {
     asked.console.feed("6a");
     EXPECT_EQ(stopof([&] { readthermo(asked.run, 1); }), "");
     EXPECT_NE(asked.console.output.find("suffix to name for thermo dataset datafile"), std::string::npos);
-    std::filesystem::current_path(old);
 }
 
 }  // namespace

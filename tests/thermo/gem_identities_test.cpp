@@ -17,7 +17,7 @@ class Ds6aIdentities : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
         t = new TestRun;
-        readdataset(t->run, datapath("sm-ds6a.txt"));
+        readdataset(t->run, datafile("sm-ds6a.txt"));
     }
     static void TearDownTestSuite() {
         delete t;

@@ -17,7 +17,7 @@ struct Expected {
 
 void check(const std::vector<sstring>& names, const Expected& want) {
     TestRun t;
-    setuptextread(t.run, datapath("sm-ds6a.txt"));
+    setuptextread(t.run, datafile("sm-ds6a.txt"));
     readthermochemistry(t.run, names);
     const EndMemberStore& s = t.run.store;
     ASSERT_EQ(s.nc, static_cast<int>(want.components.size()));

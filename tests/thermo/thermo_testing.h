@@ -2,9 +2,7 @@
 // Helpers of the thermodynamic-data tests: a run over an in-memory console,
 // the shipped datasets, scratch copies of damaged files, and the fatal stop.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -14,11 +12,12 @@
 #include "console/console.h"
 #include "console/runended.h"
 #include "run.h"
+#include "testutil.h"
 #include "thermo/dataset.h"
 
 namespace sm::testing {
 
-inline std::string datapath(const std::string& name) { return std::string(SM_DATA_DIR) + "/" + name; }
+using smtest::datafile;
 
 inline std::string readtext(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
@@ -31,7 +30,10 @@ inline std::vector<std::string> splitlines(const std::string& text) {
     std::vector<std::string> lines;
     std::string line;
     std::istringstream in(text);
-    while (std::getline(in, line)) lines.push_back(line);
+    while (std::getline(in, line)) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line);
+    }
     return lines;
 }
 
@@ -41,15 +43,11 @@ inline std::string joinlines(const std::vector<std::string>& lines) {
     return text;
 }
 
-// A file in a scratch folder of its own, named as given (the name decides the
-// generation of a dataset).
-inline std::string writescratch(const std::string& name, const std::string& text) {
-    const auto dir = std::filesystem::temp_directory_path() /
-                     ("sm-thermo-test-" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    const auto path = dir / name;
-    std::ofstream(path, std::ios::binary) << text;
-    return path.string();
+// Writes a file into the scratch folder (the current directory while `dir`
+// lives) and gives back its name: the name decides the generation of a dataset.
+inline std::string put(const smtest::ScratchDir& dir, const std::string& name, const std::string& text) {
+    dir.write(name, text);
+    return name;
 }
 
 struct TestRun {
