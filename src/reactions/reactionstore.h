@@ -26,6 +26,7 @@ constexpr int maxintreactions = 28;         // reactions round one invariant poi
 constexpr int maxcombination = 400;         // positions of the combination generator
 constexpr int maxenumerated = 90;           // end-members a search may range over
 constexpr unsigned short combinationend = 65535;  // sentinel past the chosen positions
+constexpr int maxlistvalues = 201;          // values of the listed axis of a table
 
 // What the enumeration asks about a reaction it has just stored: whether it
 // can lie in the window, with the sign of its Gibbs energy at the first
@@ -111,6 +112,28 @@ struct ReactionStore {
     // The calculation window put aside while roots are sought in a larger
     // one, by axis (0 P, 1 T).
     std::array<real, 2> savedlo{}, savedhi{};
+
+    // The roots of each reaction at each value of the listed axis, the
+    // lower first where both are numbers (mode 3 tables and intersections).
+    using RootRow = std::array<real, maxlistvalues + 1>;
+    std::vector<RootRow> v1 = std::vector<RootRow>(maxreactions + 1);
+    std::vector<RootRow> v2 = std::vector<RootRow>(maxreactions + 1);
+    int nlist = 0;
+
+    // The invariant points found in the window, in the order printed.
+    struct InvariantPoint {
+        int intersection = 0;
+        bool stable = false;
+        real P = 0, T = 0, xco2 = 0, lna = 0, mu = 0;
+        real sdP = 0, sdT = 0, cor = 0;
+        std::vector<int> reactions;
+    };
+    std::vector<InvariantPoint> points;
+
+    // Mode 3 set-up: the diagram type came from the script; this pass has a
+    // diagram type other than the last pass's.
+    bool diagramfromscript = false;
+    bool firstpass = true;
 
     // Clears the store and the search state; the exclusions stay.
     void clearreactions();
