@@ -26,6 +26,13 @@ const std::string degC = "\xA1" "C";
 
 std::string needed(real v) { return real2str(v, decimalsneeded(v), true); }
 
+// A computed coordinate on the listed axis: no more decimals than the
+// convergence of the point supports.
+std::string pointvalue(real v, int most) {
+    const int d = decimalsneeded(v);
+    return real2str(v, d < most ? d : most, true);
+}
+
 std::string axisword(const Run& run) { return run.script.activities.setlogaflag == 0 ? "log a" : "ln a"; }
 
 void heading(Run& run) {
@@ -121,12 +128,16 @@ void pointline(Run& run, const PtxPoint& p, real sdP, real sdT, real cor) {
         line = "P = " + P + " kbar (sd = " + real2str(sdP, 1, true) + "), T = " + T + " " + degC +
                " (sd = " + int2str(sdT) + "), (cor = " + real2str(cor, 3, true) + ")";
         break;
-    case dmPx: line = "P = " + P + " kbar, x(CO2) = " + needed(p.xco2); break;
-    case dmTx: line = "T = " + T + " " + degC + " , x(CO2) = " + needed(p.xco2); break;
-    case dmPlna: line = "P = " + P + "kbar ," + axisword(run) + "(" + name + ") = " + needed(p.lna); break;
-    case dmTlna: line = "T = " + T + " " + degC + "," + axisword(run) + "(" + name + ") = " + needed(p.lna); break;
-    case dmPmu: line = "P = " + P + "kbar ,\xB5(" + name + ") = " + needed(p.mu); break;
-    default: line = "T = " + T + " " + degC + ",\xB5(" + name + ") = " + needed(p.mu); break;
+    case dmPx: line = "P = " + P + " kbar, x(CO2) = " + pointvalue(p.xco2, 3); break;
+    case dmTx: line = "T = " + T + " " + degC + " , x(CO2) = " + pointvalue(p.xco2, 3); break;
+    case dmPlna:
+        line = "P = " + P + "kbar ," + axisword(run) + "(" + name + ") = " + pointvalue(p.lna, 3);
+        break;
+    case dmTlna:
+        line = "T = " + T + " " + degC + "," + axisword(run) + "(" + name + ") = " + pointvalue(p.lna, 3);
+        break;
+    case dmPmu: line = "P = " + P + "kbar ,\xB5(" + name + ") = " + pointvalue(p.mu, 2); break;
+    default: line = "T = " + T + " " + degC + ",\xB5(" + name + ") = " + pointvalue(p.mu, 2); break;
     }
     putstr(run.io, 0, line, 1, chall);
 }
