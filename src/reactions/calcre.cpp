@@ -15,6 +15,7 @@
 #include "reactions/reactions.h"
 #include "reactions/reactionthermo.h"
 #include "run.h"
+#include "script/windows.h"
 
 namespace sm {
 
@@ -269,6 +270,15 @@ void rocksetup(Run& run) {
     rs.rankc = subsystemrank(run, all);
     rs.nindep = all.nmax - rs.rankc;
     printcompositiondump(run);
+    // Without a window of its own the fixed variable sits at the bottom of
+    // its window.
+    const Windows& w = run.script.win;
+    if (rs.rockcalc == 0)
+        rs.narrowwindow = std::fabs(w.T - w.calcT.lo) < 0.1L;
+    else if (rs.rockcalc == 1)
+        rs.narrowwindow = std::fabs(w.P - w.calcP.lo) < 0.01L;
+    else
+        rs.narrowwindow = true;
 }
 
 void printexclusions(Run& run) {

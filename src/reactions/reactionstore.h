@@ -80,6 +80,7 @@ struct ReactionStore {
     // row and pivot column for the independence test of the next.
     bool incompleteset = false;
     bool narrowwindow = false;
+    int rockcalc = 0;               // 0 average P, 1 average T, 2 average PT (set by mode 2)
     bool solvingT = false;          // the rock calculation solves for T
     real maxsd = 0;                 // largest uncertainty a reaction may carry
     CrossingQuestion crosseswindow; // the window test of the rock calculation
