@@ -15,6 +15,8 @@
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
 #include "thermo/store.h"
+#include "ax/phases.h"
+#include "thermo/made_endmembers.h"
 
 namespace sm {
 
@@ -48,6 +50,8 @@ struct Run {
     ScriptStore script;    // what the scriptfile says, and the windows it sets
     SolverState solver;    // the unknowns, limits and work arrays of the Newton solver
     DatasetFile dataset;   // thermo: the dataset file and its reading state
+    MadeStore made;        // thermo: td rows of make terms
+    PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
     ReactionStore reactions;  // reactions: the store of reactions and what the search learns
 };
 

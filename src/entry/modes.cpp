@@ -6,6 +6,11 @@
 #include "script/readcontrol.h"
 #include "script/windows.h"
 #include "thermo/dataset.h"
+#include "thermo/made_endmembers.h"
+#include "ax/makename.h"
+#include "ax/phase_choice.h"
+#include "ax/phase_summary.h"
+#include "ax/setupphases.h"
 
 namespace sm {
 
@@ -91,19 +96,32 @@ void reactionspass(Run& run) {
     diagramwindowsetup(run, first, FluidPhases{});
 }
 
+// The reading order of a phase-diagram or rock pass: dataset names, the
+// script, the a-x file and the chosen phases, the distinct end-members, their
+// chemistry and data, then the made end-members. The first pass of a phase
+// diagram scriptfile writes the a-x information of its phases.
+void readinputs(Run& run) {
+    readthermo(run, 1);
+    readcontrol(run);
+    setupphases(run, phasechoice(run.script));
+    makename(run, withomit(run));
+    readthermo(run, 2);
+    readthermo(run, 3);
+    makeemtd(run);
+    if (run.runmode == rmphasediagram && run.runcount == 1) writephasesummary(run);
+}
+
 }  // namespace
 
 void runpass(Run& run) {
     switch (run.runmode) {
     case rmphasediagram:
         run.script.win.diagrammode = dmPT;
-        readthermo(run, 1);
-        readcontrol(run);
+        readinputs(run);
         dofigPT(run);
         break;
     case rmrock:
-        readthermo(run, 1);
-        readcontrol(run);
+        readinputs(run);
         dofigPT(run);
         break;
     case rmreactions:
