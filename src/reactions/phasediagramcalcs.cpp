@@ -114,6 +114,9 @@ void phasediagramcalcs(Run& run) {
     fluid.co2 = s.ico2 > 0;
     fluid.cordierite = s.icrd > 0 || s.ifcrd > 0;
     diagramwindowsetup(run, rs.firstpass, fluid);
+    if ((w.diagrammode == dmPlna || w.diagrammode == dmTlna) && rs.axisem > 0 &&
+        w.axisname != s.emname[rs.axisem])
+        rs.axisdisplayname = w.axisname;
 
     // The axes carry their own end-members: those take no part in the
     // activities.
