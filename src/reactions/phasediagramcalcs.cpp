@@ -94,7 +94,7 @@ bool allreactionsasked(Run& run) {
 
 }  // namespace
 
-void phasediagramcalcs(Run& run) {
+void phasediagramsetup(Run& run) {
     ReactionStore& rs = run.reactions;
     EndMemberStore& s = run.store;
     Windows& w = run.script.win;
@@ -135,7 +135,11 @@ void phasediagramcalcs(Run& run) {
 
     windowtype(run);
     rs.allreactions = allreactionsasked(run);
+}
 
+void phasediagramcalcs(Run& run) {
+    ReactionStore& rs = run.reactions;
+    phasediagramsetup(run);
     bool complete = false;
     calcre(run, complete);
     if (rs.nir > 0) {
