@@ -12,6 +12,7 @@
 // Hot path: calca allocates nothing, uses no strings and no look-ups; every
 // table below is sized by the program's limits and allocated once per run.
 #include <array>
+#include <memory>
 #include <vector>
 
 #include "ax/phases.h"
@@ -65,6 +66,10 @@ struct ActivityState {
 
     // The results of each a-x phase at the last call, by phase number.
     std::vector<PhaseActivity> phase = std::vector<PhaseActivity>(maxnp + 1);
+
+    // Work arrays the solve of a state of order uses in place of the
+    // solver's own, made at its first use in a run.
+    std::unique_ptr<NleWork> orderwork;
 };
 
 // All activ := 1; then for each a-x phase of the layout, at the true values
