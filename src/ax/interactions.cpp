@@ -40,17 +40,17 @@ void volumew(real w0, const Sloped& vi, const Sloped& vj, real& w, real& wb, rea
 void aqueous(Run& run, const AxPhase& ph, real P, real T, Interactions& it) {
     const Sloped vh = volumes(run, ph.em[1].ename, P, T);
     it.al[1] = 1;
-    it.alb[1] = it.alc[1] = 0;
+    it.falb[1] = it.falc[1] = 0;
     const bool co2 = ph.co2em == 2;
     if (co2) {
         const Sloped vc = volumes(run, ph.em[2].ename, P, T);
-        ratio(vc, vh, it.al[2], it.alb[2], it.alc[2]);
+        ratio(vc, vh, it.al[2], it.falb[2], it.falc[2]);
         // The H2O-CO2 pair heads the list; its W is not a file value.
-        volumew(10.5L, vc, vh, it.w[1], it.wb[1], it.wc[1]);
+        volumew(10.5L, vc, vh, it.w[1], it.fwb[1], it.fwc[1]);
     }
     for (int e = co2 ? 3 : 2; e <= ph.nem; ++e) {
         auto size = [&](real p, real t) { return ph.aa[e] + ph.ab[e] * t + ph.ac[e] * p; };
-        ratio({size(P, T), size(P, T + dT), size(P + dP, T)}, vh, it.al[e], it.alb[e], it.alc[e]);
+        ratio({size(P, T), size(P, T + dT), size(P + dP, T)}, vh, it.al[e], it.falb[e], it.falc[e]);
     }
 }
 
@@ -58,42 +58,38 @@ void mixedfluid(Run& run, const AxPhase& ph, real P, real T, Interactions& it) {
     std::array<Sloped, maxemperphase + 1> v;
     for (int e = 1; e <= ph.nem; ++e) v[e] = volumes(run, ph.em[e].ename, P, T);
     it.al[1] = 1;
-    it.alb[1] = it.alc[1] = 0;
-    for (int e = 2; e <= ph.nem; ++e) ratio(v[e], v[1], it.al[e], it.alb[e], it.alc[e]);
+    it.falb[1] = it.falc[1] = 0;
+    for (int e = 2; e <= ph.nem; ++e) ratio(v[e], v[1], it.al[e], it.falb[e], it.falc[e]);
     for (int g = 1; g <= ph.ngt; ++g)
-        volumew(ph.wa[g], v[ph.gt[g][0]], v[ph.gt[g][1]], it.w[g], it.wb[g], it.wc[g]);
+        volumew(ph.wa[g], v[ph.gt[g][0]], v[ph.gt[g][1]], it.w[g], it.fwb[g], it.fwc[g]);
 }
 
 }  // namespace
 
 void interactionsat(Run& run, const AxPhase& ph, real P, real T, Interactions& it) {
+    for (int g = 1; g <= ph.ngt; ++g) it.w[g] = ph.wa[g] + ph.wb[g] * T + ph.wc[g] * P;
+    for (int e = 1; e <= ph.nem; ++e) it.al[e] = ph.aa[e] + ph.ab[e] * T + ph.ac[e] * P;
+    it.wb = ph.wb.data();
+    it.wc = ph.wc.data();
+    it.alb = ph.ab.data();
+    it.alc = ph.ac.data();
+    if (!ph.fluidkind && !ph.aqkind) return;
     for (int g = 1; g <= ph.ngt; ++g) {
-        it.w[g] = ph.wa[g] + ph.wb[g] * T + ph.wc[g] * P;
-        it.wb[g] = ph.wb[g];
-        it.wc[g] = ph.wc[g];
+        it.fwb[g] = ph.wb[g];
+        it.fwc[g] = ph.wc[g];
     }
     for (int e = 1; e <= ph.nem; ++e) {
-        it.al[e] = ph.aa[e] + ph.ab[e] * T + ph.ac[e] * P;
-        it.alb[e] = ph.ab[e];
-        it.alc[e] = ph.ac[e];
+        it.falb[e] = ph.ab[e];
+        it.falc[e] = ph.ac[e];
     }
+    it.wb = it.fwb.data();
+    it.wc = it.fwc.data();
+    it.alb = it.falb.data();
+    it.alc = it.falc.data();
     if (ph.fluidkind)
         mixedfluid(run, ph, P, T, it);
-    else if (ph.aqkind)
+    else
         aqueous(run, ph, P, T, it);
-    int wT = 0, wP = 0, aT = 0, aP = 0;
-    for (int g = 1; g <= ph.ngt; ++g) {
-        wT += it.wb[g] != 0;
-        wP += it.wc[g] != 0;
-    }
-    for (int e = 1; e <= ph.nem; ++e) {
-        aT += it.alb[e] != 0;
-        aP += it.alc[e] != 0;
-    }
-    it.wT = wT > 0;
-    it.wP = wP > 0;
-    it.aT = aT > 0;
-    it.aP = aP > 0;
 }
 
 }  // namespace sm

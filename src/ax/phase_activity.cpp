@@ -162,10 +162,10 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
         // For each of T and P: the slopes of the weights BT and of phi, and
         // d(alpha h)/dT = alpha' h + alpha (BT phi - phi.BT phi/2 + B dphi - dphi.u).
         for (int which = 0; which < 2; ++which) {
-            const real* wslope = which == 0 ? it.wb.data() : it.wc.data();
-            const real* aslope = which == 0 ? it.alb.data() : it.alc.data();
-            const bool wmoves = which == 0 ? it.wT : it.wP;
-            const bool amoves = asym && (which == 0 ? it.aT : it.aP);
+            const real* wslope = which == 0 ? it.wb : it.wc;
+            const real* aslope = which == 0 ? it.alb : it.alc;
+            const bool wmoves = moves(wslope, ng);
+            const bool amoves = asym && moves(aslope, n);
             if (!wmoves && !amoves) continue;
             real* d = which == 0 ? out.dlnadT.data() : out.dlnadP.data();
             real BT[maxgterms + 1], uT[maxemperphase + 1];
@@ -222,13 +222,21 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
         out.pp[j] = dodx ? evalxgrad(ph.pool, ph.pexpr[j], x, xo, nv, out.dpdx[j].data())
                          : evalx(ph.pool, ph.pexpr[j], x, xo);
 
-    // RT d ln sf / dx, once for every site fraction.
-    real dlnsf[maxsfvars + 1][maxnxv + 1];
+    // RT d ln sf / dx, once for every site fraction, kept as the few
+    // variables each one depends on with their values.
+    real dlnsf[maxsfvars + 1][maxnxv];
+    int dvar[maxsfvars + 1][maxnxv];
+    int ndep[maxsfvars + 1];
     if (dodx)
         for (int s = 1; s <= ns; ++s) {
+            ndep[s] = 0;
             if (!(out.sf[s] > 0)) continue;  // stops below if any end-member uses it
             const real inv = RT / out.sf[s];
-            for (int v = 1; v <= nv; ++v) dlnsf[s][v] = dsf[s][v] * inv;
+            for (int v = 1; v <= nv; ++v)
+                if (dsf[s][v] != 0) {
+                    dvar[s][ndep[s]] = v;
+                    dlnsf[s][ndep[s]++] = dsf[s][v] * inv;
+                }
         }
 
     // Ideal mixing.
@@ -243,11 +251,12 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
         if (!(m > 0)) bomb("calca", "ln <= 0", 1);
         out.aid[e] = m;
         if (dodx) {
-            const int nt = em.nterm;
-            for (int v = 1; v <= nv; ++v) {
-                real d = 0;
-                for (int t = 1; t <= nt; ++t) d += em.sfterm[t].pw * dlnsf[em.sfterm[t].sf][v];
-                out.dlnadx[e][v] = d;
+            real* d = out.dlnadx[e].data();
+            for (int v = 1; v <= nv; ++v) d[v] = 0;
+            for (int t = 1; t <= em.nterm; ++t) {
+                const int s = em.sfterm[t].sf;
+                const real pw = em.sfterm[t].pw;
+                for (int i = 0; i < ndep[s]; ++i) d[dvar[s][i]] += pw * dlnsf[s][i];
             }
         }
         if (doTP) {
