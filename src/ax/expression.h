@@ -67,6 +67,8 @@ real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo);
 // grad[1..nv] (which it clears): one pass over the products instead of one
 // per variable.
 inline real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad);
+// The same, adding the derivatives to grad as it stands.
+inline real evalxaddgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, real* grad);
 
 // A product of two or more linear forms of which one is exactly zero at x.
 bool haszerofactor(const ExprPool& pool, const Expr& e, const real* x, int xo);
@@ -106,6 +108,10 @@ inline real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo) {
 
 inline real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad) {
     for (int v = 1; v <= nv; ++v) grad[v] = 0;
+    return evalxaddgrad(pool, e, x, xo, grad);
+}
+
+inline real evalxaddgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, real* grad) {
     real sum = 0;
     const SxTerm* sx = pool.sx.data() + e.first;
     const LinForm* forms = pool.form.data();

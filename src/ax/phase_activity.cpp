@@ -13,6 +13,7 @@
 // alpha(e) * ((B dphi)(e) - dphi.u): the cost grows with the pairs times the
 // variables, not with the pairs times the end-members times the variables.
 #include <cmath>
+#include <cstring>
 #include <string>
 
 #include "ax/activities.h"
@@ -89,7 +90,7 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
     // phi and the pair weights B, also as a dense symmetric matrix.
     real phi[maxemperphase + 1], al[maxemperphase + 1];
     real B[maxgterms + 1], invS[maxgterms + 1];
-    real Bm[maxemperphase + 1][maxemperphase + 1];
+    real Bm[maxemperphase * maxemperphase];  // B by rows of n, from 0
     real Phi = 1, invPhi = 1;
     if (asym) {
         Phi = 0;
@@ -127,33 +128,34 @@ void nonideal(Run& run, const AxPhase& ph, bool doTP, bool dodx, real P, real T,
             if (ph.gt[g][0] == 1 && solute(ph, ph.gt[g][1])) L[ph.gt[g][1]] -= al[ph.gt[g][1]] * B[g];
 
     if (dodx) {
-        for (int i = 1; i <= n; ++i)
-            for (int j = 1; j <= n; ++j) Bm[i][j] = 0;
+        for (int i = 0; i < n * n; ++i) Bm[i] = 0;
         for (int g = 1; g <= ng; ++g) {
-            const int i = ph.gt[g][0], j = ph.gt[g][1];
-            Bm[i][j] += B[g];
-            Bm[j][i] += B[g];
+            const int i = ph.gt[g][0] - 1, j = ph.gt[g][1] - 1;
+            Bm[i * n + j] += B[g];
+            Bm[j * n + i] += B[g];
         }
         // Along variable v, with c = alpha dp/dv (a few end-members only):
         // B dphi = (B c - Phi_v u) / Phi and dphi.u = (c.u - Phi_v phi.u) / Phi.
         for (int v = 1; v <= nv; ++v) {
-            real y[maxemperphase + 1];
-            for (int e = 1; e <= n; ++e) y[e] = 0;
+            real c[maxemperphase];
+            int at[maxemperphase];
+            int m = 0;
             real Phiv = 0, cu = 0;
             for (int j = 1; j <= n; ++j) {
                 const real dp = out.dpdx[j][v];
                 if (dp == 0) continue;
-                const real c = al[j] * dp;
-                Phiv += c;
-                cu += c * u[j];
-                for (int e = 1; e <= n; ++e) y[e] += c * Bm[e][j];
+                c[m] = al[j] * dp;
+                at[m] = j - 1;
+                Phiv += c[m];
+                cu += c[m] * u[j];
+                ++m;
             }
-            if (asym) {
-                const real shift = Phiv * phiu - cu;
-                for (int e = 1; e <= n; ++e)
-                    out.dlnadx[e][v] += al[e] * invPhi * (y[e] - Phiv * u[e] + shift);
-            } else {
-                for (int e = 1; e <= n; ++e) out.dlnadx[e][v] += y[e] - cu;
+            const real shift = Phiv * phiu - cu;
+            for (int e = 1; e <= n; ++e) {
+                const real* row = Bm + (e - 1) * n;
+                real y = 0;  // (B c)[e]
+                for (int t = 0; t < m; ++t) y += c[t] * row[at[t]];
+                out.dlnadx[e][v] += asym ? al[e] * invPhi * (y - Phiv * u[e] + shift) : y - cu;
             }
         }
     }
@@ -215,12 +217,16 @@ void phaseactivity(Run& run, int k, const real* x, int xo, bool doTP, bool dodx,
 
     // Site fractions and proportions, with their gradients.
     real dsf[maxsfvars + 1][maxnxv + 1];
-    for (int s = 1; s <= ns; ++s)
-        out.sf[s] = dodx ? evalxgrad(ph.pool, ph.sfexpr[s], x, xo, nv, dsf[s])
-                         : evalx(ph.pool, ph.sfexpr[s], x, xo);
-    for (int j = 1; j <= n; ++j)
-        out.pp[j] = dodx ? evalxgrad(ph.pool, ph.pexpr[j], x, xo, nv, out.dpdx[j].data())
-                         : evalx(ph.pool, ph.pexpr[j], x, xo);
+    if (dodx) {
+        // The gradients start at zero, each table in one sweep.
+        std::memset(&dsf[1][0], 0, sizeof(dsf[0]) * ns);
+        std::memset(out.dpdx[1].data(), 0, sizeof(out.dpdx[0]) * n);
+        for (int s = 1; s <= ns; ++s) out.sf[s] = evalxaddgrad(ph.pool, ph.sfexpr[s], x, xo, dsf[s]);
+        for (int j = 1; j <= n; ++j) out.pp[j] = evalxaddgrad(ph.pool, ph.pexpr[j], x, xo, out.dpdx[j].data());
+    } else {
+        for (int s = 1; s <= ns; ++s) out.sf[s] = evalx(ph.pool, ph.sfexpr[s], x, xo);
+        for (int j = 1; j <= n; ++j) out.pp[j] = evalx(ph.pool, ph.pexpr[j], x, xo);
+    }
 
     // RT d ln sf / dx, once for every site fraction, kept as the few
     // variables each one depends on with their values.
