@@ -98,7 +98,9 @@ std::map<std::string, Worst> orderagainst(const std::string& axfile, const std::
         Worst& w = worst[r[0]];
         for (int v = 1; v <= ph.nxv; ++v) {
             const real d = std::fabs(ph.xv[v].guess - want[v]);
-            if (!ph.xv[v].isod) EXPECT_EQ(d, 0) << where;
+            if (!ph.xv[v].isod) {
+                EXPECT_EQ(d, 0) << where;
+            }
             if (d > w.dq) {
                 w.dq = d;
                 w.qat = where + " " + ph.xv[v].xname;
