@@ -10,6 +10,7 @@
 #include "console/random.h"
 #include "console/runfiles.h"
 #include "console/types.h"
+#include "reactions/reactionstore.h"
 #include "script/store.h"
 #include "solver/solverstate.h"
 #include "thermo/dataset.h"
@@ -53,6 +54,7 @@ struct Run {
     MadeStore made;        // thermo: td rows of make terms
     PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
     ActivityState activities;  // ax: calculation layout, activities and their derivatives
+    ReactionStore reactions;  // reactions: the store of reactions and what the search learns
 };
 
 }  // namespace sm
