@@ -46,9 +46,10 @@ private:
 // not, for the caller's result.
 void calcmodesafternle(Run& run, bool& ok, std::string& problem);
 
-// The reaction among the phases of the assemblage at the current point;
-// coefficients by phase column, and its text ("####" with a singular
-// Jacobian).
+// The reaction among the phases of the assemblage at the current point:
+// coefficients by slot, the names of its columns (1-based; a fluid whose
+// x(CO2) is an axis of a divariant section stands as H2O and CO2), and its
+// text ("####" with a singular Jacobian).
 void phasereaction(Run& run, std::vector<real>& coefficients, std::vector<sstring>& names, std::string& text);
 
 }  // namespace sm
