@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "thermo/limits.h"
+
 namespace sm {
 
 namespace {
@@ -53,6 +55,42 @@ real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo) {
         }
     }
     return sum;
+}
+
+real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad) {
+    for (int v = 1; v <= nv; ++v) grad[v] = 0;
+    real sum = 0;
+    const SxTerm* sx = pool.sx.data() + e.first;
+    for (int s = 0; s < e.nsx; ++s) {
+        if (sx[s].factor == 0) continue;
+        const LinForm* f = pool.form.data() + sx[s].first;
+        const int nf = sx[s].nform;
+        real value[maxxterms];
+        for (int j = 0; j < nf; ++j) value[j] = formvalue(pool, f[j], x, xo);
+        real prod = sx[s].factor;
+        for (int j = 0; j < nf; ++j) prod *= value[j];
+        sum += prod;
+        // Product rule: each form's terms times the other forms.
+        for (int j = 0; j < nf; ++j) {
+            real others = sx[s].factor;
+            for (int l = 0; l < nf; ++l)
+                if (l != j) others *= value[l];
+            const LinTerm* t = pool.term.data() + f[j].first;
+            for (int i = 0; i < f[j].nterm; ++i) grad[t[i].var] += others * t[i].mult;
+        }
+    }
+    return sum;
+}
+
+bool haszerofactor(const ExprPool& pool, const Expr& e, const real* x, int xo) {
+    const SxTerm* sx = pool.sx.data() + e.first;
+    for (int s = 0; s < e.nsx; ++s) {
+        if (sx[s].factor == 0 || sx[s].nform < 2) continue;
+        const LinForm* f = pool.form.data() + sx[s].first;
+        for (int j = 0; j < sx[s].nform; ++j)
+            if (formvalue(pool, f[j], x, xo) == 0) return true;
+    }
+    return false;
 }
 
 bool islinear(const ExprPool& pool, const Expr& e) {

@@ -62,9 +62,16 @@ struct ExprPool {
 real evalx(const ExprPool& pool, const Expr& e, const real* x, int xo);
 // Derivative by variable k of the phase at the same point.
 real devalx(int k, const ExprPool& pool, const Expr& e, const real* x, int xo);
+// Value, and the derivatives by all the phase's variables at once into
+// grad[1..nv] (which it clears): one pass over the products instead of one
+// per variable.
+real evalxgrad(const ExprPool& pool, const Expr& e, const real* x, int xo, int nv, real* grad);
 
 // Single-product, single-form expressions are linear in the variables; the
 // variable limits and the solver's oblique limits come from them.
+// A product of two or more linear forms of which one is exactly zero at x.
+bool haszerofactor(const ExprPool& pool, const Expr& e, const real* x, int xo);
+
 bool islinear(const ExprPool& pool, const Expr& e);
 
 // Writes the expression as text, with the phase's variable names, for the

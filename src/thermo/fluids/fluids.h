@@ -28,6 +28,10 @@ void cubicco2(real& V, real& rtlnf, real P, real T, const FluidContext& fx);
 void findVs(real& V, real& lnf, real P, real T, real delta, real Plim, real c, real d, real e,
             real a, real b, const FluidContext& fx);
 
+// Molar volume of a fluid species known by name (H2O, CO2 by their own
+// equations, CH4, CO, H2, H2S, S2 by corresponding states); 0 for another.
+real speciesvolume(std::string_view name, real P, real T, const FluidContext& fx);
+
 // Corresponding states, with the critical T (K) and P (kbar) of the gas.
 void corrstates(real& V, real& rtlnf, real P, real T, real Pc, real Tc);
 
