@@ -27,6 +27,12 @@ real bulkphi(const Run& run);
 // along the range, phi, and the scales of the mode unknowns.
 void setbulkposition(Run& run, int p);
 
+// The unknowns at the phases' starting guesses, P (kbar) and T (K): active
+// entries scaled into the box, fixed ones at their true values. Modes come
+// from `modes` by slot (1-based) where given, the rest share what is left
+// of 1 evenly (mode * phi for the solver).
+void loadstart(Run& run, real P, real T, const std::vector<real>& modes = {});
+
 // The residual routine of the solver for the laid-out assemblage: one row
 // per independent reaction, then with modes among the unknowns one mass
 // balance row per independent component of the reduced system.

@@ -121,12 +121,20 @@ struct EquilibriumState {
     std::array<std::array<real, maxcomp + 1>, maxsummary + 1> comp{};
     std::array<std::array<std::array<real, maxphasevars + 1>, maxcomp + 1>, maxsummary + 1> dcomp{};
     NleVector xtrue{};                           // the vector in true values
-    // Work of one evaluation: energies of the rows at P, T and at the
-    // forward steps in P and T, ln a of the rows, the Jacobian column of
+    // Work of one evaluation: energies of the rows at P, T with their slopes
+    // in P and T, ln a of the rows, the Jacobian column of
     // each entry of x (0 inactive), and each slot's composition on each
     // mass balance row.
-    std::array<real, maxnem + 1> g0{}, gp{}, gt{}, lna{};
+    std::array<real, maxnem + 1> g0{}, dgdp{}, dgdt{}, lna{};
     std::array<bool, maxnem + 1> inreaction{};
+    // Energies of the rows of td that the reactions need (plain rows and
+    // make terms), by td row, each found once per evaluation.
+    struct SourceEnergy {
+        real g = 0, gpp = 0, gpm = 0, gtp = 0, gtm = 0;
+    };
+    std::vector<SourceEnergy> energy = std::vector<SourceEnergy>(maxnem + 1);
+    std::array<bool, maxnem + 1> sourcemark{};
+    std::array<int, maxnem + 1> source{};
     std::array<int, maxnx + 1> colof{};
     std::array<std::array<real, maxcomp + 1>, maxsummary + 1> gsum{};
 
