@@ -237,7 +237,20 @@ void takebasecscale(Run& run) {
     eq.havebase = true;
 }
 
-void calcrankp(Run& run, const Assemblage& taken, int& rank, bool& ok) {
+namespace {
+
+void realprojc(EquilibriumState& eq) {
+    eq.projidentity = true;
+    for (int r = 0; r <= maxcomp; ++r)
+        for (int c = 0; c <= maxcomp; ++c) {
+            eq.projr[r][c] = static_cast<real>(eq.projc[r][c]);
+            if (r >= 1 && r <= eq.nuvleft && c >= 1 && c <= eq.nuvleft && eq.projc[r][c] != (r == c ? 1 : 0))
+                eq.projidentity = false;
+        }
+}
+
+// The rank, projc and the verdict on the bulk.
+void calcrankpwork(Run& run, const Assemblage& taken, int& rank, bool& ok) {
     takebasecscale(run);
     EquilibriumState& eq = run.equilibrium;
     const SolverState& sv = run.solver;
@@ -287,6 +300,13 @@ void calcrankp(Run& run, const Assemblage& taken, int& rank, bool& ok) {
     }
     if (!ok && level >= 2 && !sv.dogmin) printall(run, e);
     if (!checked && level >= 2) bomb("calcrankp", "can't make LU", 0);
+}
+
+}  // namespace
+
+void calcrankp(Run& run, const Assemblage& taken, int& rank, bool& ok) {
+    calcrankpwork(run, taken, rank, ok);
+    realprojc(run.equilibrium);
 }
 
 int rankof(const std::vector<std::vector<long long>>& matrix, int rows, int cols) {

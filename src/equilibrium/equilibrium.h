@@ -89,6 +89,9 @@ struct EquilibriumState {
     int rank = 0;
     int rankdeficit = 0;
     std::array<std::array<long long, maxcomp + 1>, maxcomp + 1> projc{};
+    // projc as reals for the equations, and whether it is the identity.
+    std::array<std::array<real, maxcomp + 1>, maxcomp + 1> projr{};
+    bool projidentity = true;
 
     // The bulk: nbulk positions between bulk1 and bulk2 (mole percent on the
     // reduced system), 0 without a bulk; b the current one as fractions of 1.
@@ -136,6 +139,7 @@ struct EquilibriumState {
     std::array<bool, maxnem + 1> sourcemark{};
     std::array<int, maxnem + 1> source{};
     std::array<int, maxnx + 1> colof{};
+    NleVector invscale{};                        // 1/scale of the active entries
     std::array<std::array<real, maxcomp + 1>, maxsummary + 1> gsum{};
 
     // Modes after the solver.

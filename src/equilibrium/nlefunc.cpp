@@ -125,7 +125,6 @@ void reactionrows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, real T) {
     EquilibriumState& eq = run.equilibrium;
     const EndMemberStore& st = run.store;
     const ReactionStore& rs = run.reactions;
-    const SolverState& sv = run.solver;
     const ActivityState& act = run.activities;
     for (int j = 1; j <= st.nem; ++j) eq.lna[j] = eq.inreaction[j] ? std::log(st.activ[j]) : 0;
     for (int r = 1; r <= rs.nir; ++r) {
@@ -144,6 +143,7 @@ void reactionrows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, real T) {
         const real rscale = static_cast<real>(rs.rscale[r]);
         F[r] = (dG + Rgas * T * s) / rscale;
         if (!wantJ) continue;
+        const real inv = 1 / rscale;
         real sP = 0, sT = 0;
         for (int j = 1; j <= st.nem; ++j) {
             if (nu[j] == 0 || !act.inss[j]) continue;
@@ -154,12 +154,21 @@ void reactionrows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, real T) {
             const int nv = eq.slot[eq.emslot[j]].nvar;
             for (int v = 0; v < nv; ++v) {
                 const int c = eq.colof[s0 + v];
-                if (c != 0) J[r][c] += nu[j] * act.dlnadx[j][s0 + v] / (sv.scale[s0 + v] * rscale);
+                if (c != 0) J[r][c] += nu[j] * act.dlnadx[j][s0 + v] * eq.invscale[s0 + v] * inv;
             }
         }
-        if (eq.colof[1] != 0) J[r][eq.colof[1]] = (dGdP + sP) / (sv.scale[1] * rscale);
-        if (eq.colof[2] != 0) J[r][eq.colof[2]] = (dGdT + sT) / (sv.scale[2] * rscale);
+        if (eq.colof[1] != 0) J[r][eq.colof[1]] = (dGdP + sP) * eq.invscale[1] * inv;
+        if (eq.colof[2] != 0) J[r][eq.colof[2]] = (dGdT + sT) * eq.invscale[2] * inv;
     }
+}
+
+// Row i of projc applied to a vector on the reduced system.
+template <typename V>
+real projected(const EquilibriumState& eq, const V& v, int i) {
+    if (eq.projidentity) return v[i];
+    real g = 0;
+    for (int j = 1; j <= eq.nuvleft; ++j) g += v[j] * eq.projr[i][j];
+    return g;
 }
 
 // Composition per atom on the reduced system of each phase with a mode,
@@ -186,23 +195,25 @@ void compositions(Run& run, bool wantJ) {
                 d += p * eq.emsize[i];
                 for (int j = 1; j <= nu; ++j) comp[j] += p * eq.emred[i][j];
             }
-            for (int j = 1; j <= nu; ++j) comp[j] /= d;
+            const real invd = 1 / d;
+            for (int j = 1; j <= nu; ++j) comp[j] *= invd;
             if (wantJ)
                 for (int v = 1; v <= slot.nvar; ++v) {
+                    // A proportion depends on few of the variables: skip the zeros.
                     real dsize = 0;
-                    for (int e = 1; e <= slot.nrows; ++e) dsize += pa.dpdx[e][v] * eq.emsize[slot.firstrow + e - 1];
-                    for (int j = 1; j <= nu; ++j) {
-                        real dc = 0;
-                        for (int e = 1; e <= slot.nrows; ++e) dc += pa.dpdx[e][v] * eq.emred[slot.firstrow + e - 1][j];
-                        eq.dcomp[s][j][v] = (dc - comp[j] * dsize) / d;
+                    real dc[maxcomp + 1];
+                    for (int j = 1; j <= nu; ++j) dc[j] = 0;
+                    for (int e = 1; e <= slot.nrows; ++e) {
+                        const real dp = pa.dpdx[e][v];
+                        if (dp == 0) continue;
+                        const int i = slot.firstrow + e - 1;
+                        dsize += dp * eq.emsize[i];
+                        for (int j = 1; j <= nu; ++j) dc[j] += dp * eq.emred[i][j];
                     }
+                    for (int j = 1; j <= nu; ++j) eq.dcomp[s][j][v] = (dc[j] - comp[j] * dsize) * invd;
                 }
         }
-        for (int i = 1; i <= nu; ++i) {
-            real g = 0;
-            for (int j = 1; j <= nu; ++j) g += comp[j] * static_cast<real>(eq.projc[i][j]);
-            eq.gsum[s][i] = g;
-        }
+        for (int i = 1; i <= nu; ++i) eq.gsum[s][i] = projected(eq, comp, i);
     }
 }
 
@@ -210,7 +221,6 @@ void compositions(Run& run, bool wantJ) {
 // the assemblage cannot change has moved off zero in a search.
 bool massbalancerows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, int nir) {
     EquilibriumState& eq = run.equilibrium;
-    const SolverState& sv = run.solver;
     const NleVector& xt = eq.xtrue;
     const int nu = eq.nuvleft;
     const int nsolved = nu - eq.rankdeficit;
@@ -222,7 +232,7 @@ bool massbalancerows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, int nir) 
         real sum = 0, bulk = 0;
         for (int s = 1; s <= eq.nslot; ++s)
             if (eq.slot[s].modex != 0) sum += xt[eq.slot[s].modex] * eq.gsum[s][i];
-        for (int j = 1; j <= nu; ++j) bulk += eq.b[j] * static_cast<real>(eq.projc[i][j]);
+        bulk = projected(eq, eq.b, i);
         const real f = t * sum - bulk;
         if (i > nsolved) {
             if (!(std::fabs(f) < 1e-5L)) {
@@ -242,11 +252,15 @@ bool massbalancerows(Run& run, NleMatrix& J, NleVector& F, bool wantJ, int nir) 
                 const int c = eq.colof[x];
                 if (c == 0) continue;
                 real dg = 0;
-                for (int j = 1; j <= nu; ++j) dg += eq.dcomp[s][j][v] * static_cast<real>(eq.projc[i][j]);
-                J[row][c] = t * un * dg / sv.scale[x];
+                if (eq.projidentity) {
+                    dg = eq.dcomp[s][i][v];
+                } else {
+                    for (int j = 1; j <= nu; ++j) dg += eq.dcomp[s][j][v] * eq.projr[i][j];
+                }
+                J[row][c] = t * un * dg * eq.invscale[x];
             }
             const int c = eq.colof[slot.modex];
-            if (c != 0) J[row][c] = (sum + t * eq.gsum[s][i]) / sv.scale[slot.modex];
+            if (c != 0) J[row][c] = (sum + t * eq.gsum[s][i]) * eq.invscale[slot.modex];
         }
     }
     return true;
@@ -269,6 +283,7 @@ bool EquilibriumSystem::nlefunc(const NleVector& x, NleMatrix& J, NleVector& F, 
     for (int i = 1; i <= total; ++i) {
         xt[i] = truevalue(sv, x, i);
         eq.colof[i] = sv.active[i] ? ++n : 0;
+        if (sv.active[i]) eq.invscale[i] = 1 / sv.scale[i];
     }
     if (!inside) {
         reportfailedpoint(run, x);

@@ -146,7 +146,9 @@ TEST(Solve, ResidualsVanishAtTheSolvedPoint) {
         if (!c.zero.empty()) {
             // The phase held at zero, and the temperature found within the window.
             for (int s = 1; s <= eq.nslot; ++s)
-                if (eq.slot[s].name == c.zero) EXPECT_EQ(eq.xtrue[eq.slot[s].modex], 0);
+                if (eq.slot[s].name == c.zero) {
+                    EXPECT_EQ(eq.xtrue[eq.slot[s].modex], 0);
+                }
             EXPECT_GT(eq.xtrue[2], 600);
             EXPECT_LT(eq.xtrue[2], 1200);
         }
