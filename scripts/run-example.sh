@@ -13,7 +13,7 @@ if [ -f "$out/data.txt" ]; then
   rm "$out/data.txt"
 fi
 answers=/dev/null
-[ -f "$out/answers.txt" ] && answers="$out/answers.txt"
+[ -f "$out/answers.txt" ] && answers=$(realpath "$out/answers.txt")
 (cd "$out" && "$exe" < "$answers")
 echo
 echo "output of the example is in $(realpath "$out")"

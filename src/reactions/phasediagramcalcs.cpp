@@ -94,7 +94,7 @@ bool allreactionsasked(Run& run) {
 
 }  // namespace
 
-void phasediagramcalcs(Run& run) {
+void phasediagramsetup(Run& run) {
     ReactionStore& rs = run.reactions;
     EndMemberStore& s = run.store;
     Windows& w = run.script.win;
@@ -114,6 +114,9 @@ void phasediagramcalcs(Run& run) {
     fluid.co2 = s.ico2 > 0;
     fluid.cordierite = s.icrd > 0 || s.ifcrd > 0;
     diagramwindowsetup(run, rs.firstpass, fluid);
+    if ((w.diagrammode == dmPlna || w.diagrammode == dmTlna) && rs.axisem > 0 &&
+        w.axisname != s.emname[rs.axisem])
+        rs.axisdisplayname = w.axisname;
 
     // The axes carry their own end-members: those take no part in the
     // activities.
@@ -132,7 +135,11 @@ void phasediagramcalcs(Run& run) {
 
     windowtype(run);
     rs.allreactions = allreactionsasked(run);
+}
 
+void phasediagramcalcs(Run& run) {
+    ReactionStore& rs = run.reactions;
+    phasediagramsetup(run);
     bool complete = false;
     calcre(run, complete);
     if (rs.nir > 0) {

@@ -12,6 +12,9 @@ struct Run;
 
 // The whole calculation after the set-up of the run.
 void phasediagramcalcs(Run& run);
+// Its first part: the windows and lists, the activities, Schreinemakers or
+// all reactions; the search and the tables follow.
+void phasediagramsetup(Run& run);
 // The linear forms of the reactions at the current point.
 void thermotable(Run& run);
 // The roots of every reaction at every value of the listed axis.

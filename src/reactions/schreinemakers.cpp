@@ -205,7 +205,8 @@ void printpoint(Run& run, int i, const Crossing& c, const IntersectionWork& work
         turnreaction(run, n, p.P, p.T, p.xco2, p.xh2o, p.lna, p.mu);
         const real y = run.script.win.calcvariable == axisP ? p.P : p.T;
         slope[k] = bundleslope(run, n, p, y);
-        for (int e = 1; e <= s.nem; ++e)
+        // In-excess end-members stand in every assemblage: never absent.
+        for (int e = 1; e <= rs.nemp; ++e)
             if (marked[e] && s.r[n][e] == 0) lacks[k].push_back(e);
     }
 

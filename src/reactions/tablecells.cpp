@@ -47,7 +47,7 @@ std::string listcell(const Run& run, real v) {
     switch (run.script.win.othervariable) {
     case axisP: return Pcell(run, v);
     case axisT: return Tcell(run, v);
-    case axisx: return xcell(run, v);
+    case axisx:
     case axisa: return needed(v);
     default: return real2str(v, 1, true);
     }

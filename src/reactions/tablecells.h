@@ -15,7 +15,8 @@ std::string Tcell(const Run& run, real T);  // kelvin in, Celsius out
 std::string xcell(const Run& run, real x);
 // A cell of the solved variable.
 std::string solvedcell(const Run& run, real v);
-// A value of the listed axis in the header row of a table.
+// A value of the listed axis in the header row of a table: inside its window
+// by construction, so never marked.
 std::string listcell(const Run& run, real v);
 
 }  // namespace sm

@@ -93,3 +93,21 @@ TEST(TableColumns, ALongListShowsAStrideAndItsLastValue) {
 
 }  // namespace
 }  // namespace sm
+
+#include "console/runended.h"
+#include "testutil.h"
+
+namespace sm {
+namespace {
+
+TEST(Mode3, AnUnknownDiagramTypeStopsTheRun) {
+    CellRun c;
+    c.run.runmode = 3;
+    c.run.script.win.diagrammode = 7;
+    const RunEnded e = smtest::expectended([&] { phasediagramcalcs(c.run); });
+    EXPECT_EQ(e.where, "phasediagramcalcs");
+    EXPECT_EQ(e.message, "unknown diagrammode");
+}
+
+}  // namespace
+}  // namespace sm
