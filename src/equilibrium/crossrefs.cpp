@@ -197,6 +197,7 @@ void makecrossrefs(Run& run, const Assemblage& taken) {
         if (row >= maxnem) bomb("makecrossrefs", "too many end-members", 0);
         putemrow(run, phase, em, ++row);
         eq.emslot[row] = eq.nslot;
+        eq.member[row] = phase > 0 ? run.made.axrow[phase] + em : run.made.purerow + em;
     };
     for (int k = 1; k <= st.npss; ++k) {
         if (!taken[k]) continue;

@@ -108,6 +108,10 @@ struct EquilibriumState {
     std::array<PhaseSlot, maxsummary + 1> slot{};
     int naxrows = 0;                             // rows of a-x phases, 1..naxrows
     std::array<int, maxnem + 1> emslot{};        // slot of each row (inss, emphase, emstart: activities)
+    // Each row's place in makeemtd's order of all the run's end-members, by
+    // which cov is held (cov is left in that order: covariances of rows i
+    // and j are covat(member[i], member[j])).
+    std::array<int, maxnem + 1> member{};
     std::array<real, maxnem + 1> emsize{};       // atoms of the row on the reduced system
     // Composition of each row on the reduced system, c/cscale by reduced component.
     std::vector<std::array<real, maxcomp + 1>> emred = std::vector<std::array<real, maxcomp + 1>>(maxnem + 1);

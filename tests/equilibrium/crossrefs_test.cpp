@@ -92,6 +92,14 @@ TEST(Makecrossrefs, RowsUnknownsAndModesOfAnAssemblage) {
     const AxVariable& xg = t.run.phases.prec1[t.phaseof("g")].xv[1];
     EXPECT_EQ(sv.scale[3], 1 / (xg.upper - xg.lower));
 
+    // Covariances stay in the order of all the run's end-members: each row
+    // knows its place there (g py alm; mu mu cel fcel; bi phl annm obi east).
+    EXPECT_EQ(eq.member[1], 1);
+    EXPECT_EQ(eq.member[3], 3);
+    EXPECT_EQ(eq.member[6], 6);
+    EXPECT_EQ(eq.member[10], t.run.made.purerow + 1);  // q, the first pure phase
+    EXPECT_EQ(eq.member[11], t.run.made.purerow + t.run.store.nmin);
+
     // One reaction per end-member beyond the rank, each balanced.
     bool found = false;
     listindependentreactions(t.run, found);
