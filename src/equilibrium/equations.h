@@ -47,12 +47,17 @@ private:
     Run& run_;
 };
 
-// Modes from the bulk after a solve that held the compositions alone.
-// `ok` when some bulk position fits the assemblage; `problem` tells why
-// not, for the caller's result.
+// The point of the solver's x in true values, into the equilibrium
+// state's xtrue: what the routines below read. (After a solve the last
+// evaluation may have been a trial point rather than the one kept.)
+void settruepoint(Run& run);
+
+// Modes from the bulk after a solve that held the compositions alone, at
+// the point in xtrue. `ok` when some bulk position fits the assemblage;
+// `problem` tells why not, for the caller's result.
 void calcmodesafternle(Run& run, bool& ok, std::string& problem);
 
-// The reaction among the phases of the assemblage at the current point:
+// The reaction among the phases of the assemblage at the point in xtrue:
 // coefficients by slot, the names of its columns (1-based; a fluid whose
 // x(CO2) is an axis of a divariant section stands as H2O and CO2), and its
 // text ("####" with a singular Jacobian).

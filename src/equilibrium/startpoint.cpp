@@ -38,4 +38,10 @@ void loadstart(Run& run, real P, real T, const std::vector<real>& modes) {
     }
 }
 
+void settruepoint(Run& run) {
+    const SolverState& sv = run.solver;
+    EquilibriumState& eq = run.equilibrium;
+    for (int i = 1; i <= sv.nx + sv.nm; ++i) eq.xtrue[i] = truevalue(sv, sv.x, i);
+}
+
 }  // namespace sm

@@ -128,6 +128,9 @@ TEST(Solve, ResidualsVanishAtTheSolvedPoint) {
             FAIL() << e.where << " : " << e.message << "\n" << t.con.output;
         }
         ASSERT_EQ(result, 0) << t.con.output;
+        settruepoint(t.run);
+        for (int i = 1; i <= t.run.solver.nx + t.run.solver.nm; ++i)
+            EXPECT_EQ(eq.xtrue[i], truevalue(t.run.solver, t.run.solver.x, i)) << i;
         // The residuals at the solution, within the solver's tolerance on
         // their norm (fsize, 1e-6).
         auto J = std::make_unique<NleMatrix>();
