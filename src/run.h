@@ -17,6 +17,7 @@
 #include "thermo/store.h"
 #include "ax/activities.h"
 #include "ax/phases.h"
+#include "equilibrium/equilibrium.h"
 #include "thermo/made_endmembers.h"
 
 namespace sm {
@@ -55,6 +56,7 @@ struct Run {
     PhaseStore phases;     // ax: prec1, prec0 and the a-x file header
     ActivityState activities;  // ax: calculation layout, activities and their derivatives
     ReactionStore reactions;  // reactions: the store of reactions and what the search learns
+    EquilibriumState equilibrium;  // equilibrium: reduced system, layout and equations of a calculation
 };
 
 }  // namespace sm

@@ -19,6 +19,7 @@ namespace sm {
 void commonsetup(Run& run) {
     run.gcount = 0;
     run.store.initstore();
+    run.equilibrium.reset();
 }
 
 void regressionsetup(Run& run) { readdsprefs(run.io, run.dsprefs); }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "console/types.h"
+#include "thermo/make_record.h"
 #include "thermo/store.h"
 
 namespace sm {
@@ -53,6 +54,11 @@ void gemderivatives(Run& run, int i, real P, real T, real& G, real& dGdP, real& 
 
 // G of row i, made end-members included.
 real gemdriver(Run& run, int i, real P, real T);
+// The make record behind row i of td, null for a plain end-member.
+const MakeRecord* rowmake(const Run& run, int i);
+// G of made row i from the energies termG[1..nmake] of its make terms at
+// P, T: its own H, S, V and the weighted terms, as gemdriver forms it.
+real madegibbs(const Run& run, int i, const MakeRecord& make, real P, real T, const real* termG);
 
 // Reaction row k of r: dG and its derivatives at P, T.
 void calcdg0(Run& run, int k, real& dGdP, real& dGdT, real& dG, real P, real T);
