@@ -94,13 +94,7 @@ TEST(AxExpressions, DamagedExpressions) {
         {"16 terms in an ideal mixing term", edit(biotite, "east  1  3", "east  1  16"), "read",
          "too many terms in tmf for bi"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        AxRun a;
-        const RunEnded e = a.fails(c.text);
-        EXPECT_EQ(e.where, c.where);
-        EXPECT_EQ(e.message, c.message);
-    }
+    expectfatal(cases);
 }
 
 TEST(AxExpressions, StrictSyntaxWantsVariableNamesOfTheirForm) {

@@ -69,13 +69,7 @@ TEST(AxHeader, DamagedFiles) {
         {"end mark in a phase", edit(smallfile, "  a(cel)", "*\n  a(cel)"), "reading",
          "unexpected end of input: size parameter name in mu"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        AxRun a;
-        const RunEnded e = a.fails(c.text);
-        EXPECT_EQ(e.where, c.where);
-        EXPECT_EQ(e.message, c.message);
-    }
+    expectfatal(cases);
 }
 
 TEST(AxHeader, TooManyHeaderLines) {

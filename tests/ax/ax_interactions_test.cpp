@@ -92,13 +92,7 @@ TEST(AxInteractions, DamagedModels) {
         {"W a not a number", edit(smallfile, "W(py,alm)  2.5", "W(py,alm)  big"), "reading",
          "expecting a single (1); got: big - a of W(py,alm) in g"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        AxRun a;
-        const RunEnded e = a.fails(c.text);
-        EXPECT_EQ(e.where, c.where);
-        EXPECT_EQ(e.message, c.message);
-    }
+    expectfatal(cases);
 }
 
 }  // namespace

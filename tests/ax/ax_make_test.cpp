@@ -149,13 +149,7 @@ TEST(AxMake, DamagedOptions) {
         {"truncated make", smallfile.substr(0, smallfile.find("mu  3")) + "make 2 ann 1", "reading",
          "unexpected end of input: name in make of alm"},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        AxRun a;
-        const RunEnded e = a.fails(c.text);
-        EXPECT_EQ(e.where, c.where);
-        EXPECT_EQ(e.message, c.message);
-    }
+    expectfatal(cases);
 }
 
 TEST(AxMake, ChargedSpecies) {

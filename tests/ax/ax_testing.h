@@ -85,6 +85,18 @@ struct Damaged {
     const char* message;
 };
 
+// Each damaged text, read in a fresh run, ends in its own fatal stop.
+template <size_t N>
+void expectfatal(const Damaged (&cases)[N]) {
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        AxRun a;
+        const RunEnded e = a.fails(c.text);
+        EXPECT_EQ(e.where, c.where);
+        EXPECT_EQ(e.message, c.message);
+    }
+}
+
 // A small file: a binary garnet, a ternary mica with sizes and makes, and
 // two pure phases.
 inline const std::string smallfile = R"(% a small a-x file

@@ -19,21 +19,7 @@ int rankofreactions(const Run& run) {
     std::vector<std::vector<double>> a(run.reactions.nir, std::vector<double>(run.store.nem));
     for (int n = 1; n <= run.reactions.nir; ++n)
         for (int i = 1; i <= run.store.nem; ++i) a[n - 1][i - 1] = run.store.r[n][i];
-    int rank = 0;
-    const int rows = static_cast<int>(a.size()), cols = run.store.nem;
-    for (int c = 0; c < cols && rank < rows; ++c) {
-        int best = rank;
-        for (int r = rank; r < rows; ++r)
-            if (std::fabs(a[r][c]) > std::fabs(a[best][c])) best = r;
-        if (std::fabs(a[best][c]) < 1e-9) continue;
-        std::swap(a[rank], a[best]);
-        for (int r = rank + 1; r < rows; ++r) {
-            const double f = a[r][c] / a[rank][c];
-            for (int k = c; k < cols; ++k) a[r][k] -= f * a[rank][k];
-        }
-        ++rank;
-    }
-    return rank;
+    return floatrank(a);
 }
 
 void rockrun(HandRun& h) {

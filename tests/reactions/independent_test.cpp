@@ -12,26 +12,6 @@
 namespace sm::testing {
 namespace {
 
-// Rank by floating-point elimination with partial pivoting: an independent
-// yardstick for the exact integer routines.
-int floatrank(std::vector<std::vector<double>> a) {
-    const int rows = static_cast<int>(a.size());
-    const int cols = rows ? static_cast<int>(a[0].size()) : 0;
-    int rank = 0;
-    for (int c = 0; c < cols && rank < rows; ++c) {
-        int best = rank;
-        for (int r = rank; r < rows; ++r)
-            if (std::fabs(a[r][c]) > std::fabs(a[best][c])) best = r;
-        if (std::fabs(a[best][c]) < 1e-9) continue;
-        std::swap(a[rank], a[best]);
-        for (int r = rank + 1; r < rows; ++r) {
-            const double f = a[r][c] / a[rank][c];
-            for (int k = c; k < cols; ++k) a[r][k] -= f * a[rank][k];
-        }
-        ++rank;
-    }
-    return rank;
-}
 
 int matrixrank(const Run& run) {
     std::vector<std::vector<double>> a(run.store.nc, std::vector<double>(run.store.nem));

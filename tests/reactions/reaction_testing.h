@@ -1,4 +1,6 @@
 #pragma once
+#include <cmath>
+#include <vector>
 // Helpers of the reaction tests: a run over an in-memory console whose
 // composition matrix is written by hand, and checks of reaction rows that
 // rest on nothing but the matrix.
@@ -81,6 +83,28 @@ inline WindowQuestion alwaysinwindow() {
         below = false;
         return true;
     };
+
+}
+
+// Rank by floating-point elimination with partial pivoting: an independent
+// yardstick for the exact integer routines.
+inline int floatrank(std::vector<std::vector<double>> a) {
+    const int rows = static_cast<int>(a.size());
+    const int cols = rows ? static_cast<int>(a[0].size()) : 0;
+    int rank = 0;
+    for (int c = 0; c < cols && rank < rows; ++c) {
+        int best = rank;
+        for (int r = rank; r < rows; ++r)
+            if (std::fabs(a[r][c]) > std::fabs(a[best][c])) best = r;
+        if (std::fabs(a[best][c]) < 1e-9) continue;
+        std::swap(a[rank], a[best]);
+        for (int r = rank + 1; r < rows; ++r) {
+            const double f = a[r][c] / a[rank][c];
+            for (int k = c; k < cols; ++k) a[r][k] -= f * a[rank][k];
+        }
+        ++rank;
+    }
+    return rank;
 }
 
 }  // namespace sm::testing
