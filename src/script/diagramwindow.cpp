@@ -145,6 +145,9 @@ void diagramwindowsetup(Run& run, bool first, const FluidPhases& phases) {
         if (first) {
             sectionaxes(run, Psolved, axisx);
             sectionwindow(run, Psolved, "x(CO2)", "x(CO2)", w.xco2window, askxwindow);
+            // The fluid of the section's middle is the one in force.
+            w.xco2 = middle(w.xco2window);
+            w.xh2o = 1 - w.xco2;
             if (run.runmode != 1) listxco2(run);
         }
         fixedPorT(run, Psolved);

@@ -401,6 +401,10 @@ TEST(DiagramWindows, AnXCO2SectionAsksItsWindowAndFixedValue) {
     expectlist(w.xco2list, {0.05, 0.1, 0.3, 0.5, 0.7});
     EXPECT_EQ(w.calcP.lo, 5);
     EXPECT_EQ(w.calcP.hi, 5);
+    // The section's current point is the middle of its windows.
+    EXPECT_NEAR(static_cast<double>(w.T - 273.15L), 575, 1e-9);
+    EXPECT_NEAR(static_cast<double>(w.xco2), 0.375, 1e-15);
+    EXPECT_NEAR(static_cast<double>(w.xh2o), 0.625, 1e-15);
 
     ScriptRun u(3);
     u.act("diagramPT 4 6 450 700");
