@@ -20,9 +20,11 @@ void setlnKbase(Run& run) {
 void setvarlna(Run& run) {
     const EndMemberStore& s = run.store;
     ReactionStore& rs = run.reactions;
+    // A phase diagram works with its activities as exact.
+    const bool exact = run.runmode == 1;
     for (int i = 1; i <= s.nem; ++i) {
         const real a = s.activ[i];
-        rs.varlna[i] = a > 0 && a < 1 ? (rs.sdactiv[i] / a) * (rs.sdactiv[i] / a) : 0;
+        rs.varlna[i] = !exact && a > 0 && a < 1 ? (rs.sdactiv[i] / a) * (rs.sdactiv[i] / a) : 0;
     }
 }
 

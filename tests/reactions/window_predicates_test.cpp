@@ -139,6 +139,40 @@ TEST(RootUncertainty, FollowsTheEnthalpyVarianceOverTheSlope) {
     EXPECT_EQ(sd1, 1e31L);
 }
 
+TEST(RootUncertainty, TakesTheActivitiesInWithTheirOwnTemperature) {
+    DatasetRun d({"ky", "sill"});
+    d.reaction({{"ky", -2}, {"sill", 2}});
+    Windows& w = d.run.script.win;
+    w.calcT = {673.15L, 1173.15L};
+    w.calcP = {1, 15};
+    EndMemberStore& s = d.run.store;
+    ReactionStore& rs = d.run.reactions;
+    s.activ[1] = 0.8L;  // ky, sd 0.08: ln a within 0.1
+    rs.sdactiv[1] = 0.08L;
+    s.activ[2] = 1;     // sill pure: its sd says nothing
+    rs.sdactiv[2] = 0.3L;
+    setlnKbase(d.run);
+    setvarlna(d.run);
+    EXPECT_NEAR(static_cast<double>(rs.varlna[1]), 0.01, 1e-15);
+    EXPECT_EQ(rs.varlna[2], 0);
+    EXPECT_NEAR(static_cast<double>(rs.lnKbase[1]), -2 * std::log(0.8), 1e-15);
+    real T1, T2, sd1, sd2, s1, s2;
+    sdofT(d.run, 1, T1, T2, sd1, sd2, s1, 5, 0, 1, s2);
+    ASSERT_TRUE(inrange(d.run, 0, T1));
+    real dGdP, dGdT, dG;
+    calcdg(d.run, 1, dGdP, dGdT, dG, 5, T1, 0, 1);
+    EXPECT_LT(std::fabs(static_cast<double>(dG)), 1e-3 * std::fabs(static_cast<double>(dGdT)));
+    const real VH = 4 * (s.covat(1, 1) + s.covat(2, 2) - 2 * s.covat(1, 2));
+    const real RT = 0.0083144L * T1;
+    const real Va = 4 * 0.01L;
+    EXPECT_NEAR(static_cast<double>(sd1), static_cast<double>(std::sqrt(VH + Va * RT * RT) / std::fabs(dGdT)),
+                1e-6);
+    // A phase diagram takes its activities as exact.
+    d.run.runmode = 1;
+    setvarlna(d.run);
+    EXPECT_EQ(rs.varlna[1], 0);
+}
+
 TEST(WindowWidening, ReachesOutAndComesBackWithinTheSystemsLimits) {
     MemoryConsole con;
     sm::Run run(con);
