@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "reactions/inexcess.h"
 #include "reactions/ptxtables.h"
@@ -86,6 +89,55 @@ TEST(Al2SiO5, ThreeReactionsMeetInOneStableInvariantPointOnTheReferenceLines) {
     EXPECT_NEAR(static_cast<double>(p.T - K), static_cast<double>(Tkysill), 0.5);
     EXPECT_NEAR(static_cast<double>(p.T - K), static_cast<double>(Tandsill), 2.0);
     EXPECT_NEAR(static_cast<double>(p.P), static_cast<double>(Pandky), 0.01);
+}
+
+}  // namespace
+}  // namespace sm
+
+namespace sm {
+namespace {
+
+// The words of the table row of reaction n (its first row), from the text
+// the table printed.
+std::vector<std::string> tablerow(const std::string& out, int n) {
+    const size_t head = out.find("T\xA1" "C ");
+    const std::string start = "\n" + std::to_string(n) + " ";
+    const size_t at = out.find(start, head);
+    const size_t end = out.find('\n', at + 1);
+    std::stringstream line(out.substr(at + 1, end - at - 1));
+    std::vector<std::string> words;
+    for (std::string w; line >> w;) words.push_back(w);
+    return words;
+}
+
+TEST(Al2SiO5, UncertaintyColumnsFollowTheEnthalpyErrorsAndMarkWhatIsTooLarge) {
+    Al2SiO5Run a;
+    sm::Run& run = a.run;
+    bool complete = false;
+    calcre(run, complete);
+    ASSERT_EQ(run.reactions.nir, 3);
+    ptxtable(run);
+    // Row 1 is sill = ky; its uncertainties are taken at 5 kbar, the
+    // reference column: sd(T) = sd(dG) / |dG/dT|, sd(P) = sd(dG) / |dG/dP|.
+    std::vector<std::string> row = tablerow(a.console.output, 1);
+    ASSERT_EQ(row.size(), 1u + 17u + 2u);
+    real T1, T2, dGdP, dGdP2, dGdT, dGdT2;
+    findT(run, 1, false, T1, T2, dGdP, dGdP2, 5, 0, 1, dGdT, dGdT2);
+    const EndMemberStore& s = run.store;
+    const real sdG = std::sqrt(s.covat(1, 1) + s.covat(2, 2) - 2 * s.covat(1, 2));
+    EXPECT_EQ(row[18].find('.'), row[18].size() - 2);  // the first root's sdT with one decimal
+    EXPECT_NEAR(std::stod(row[18]), static_cast<double>(sdG / std::fabs(dGdT)), 0.05);
+    EXPECT_EQ(row[19].find('.'), row[19].size() - 3);  // sdP with two
+    EXPECT_NEAR(std::stod(row[19]), static_cast<double>(sdG / std::fabs(dGdP)), 0.005);
+
+    // An enthalpy known to a thousand kJ: both columns say "+".
+    a.console.output.clear();
+    run.store.covat(1, 1) = 1e6L;
+    ptxtable(run);
+    row = tablerow(a.console.output, 1);
+    ASSERT_EQ(row.size(), 20u);
+    EXPECT_EQ(row[18], "+");
+    EXPECT_EQ(row[19], "+");
 }
 
 }  // namespace
